@@ -1,0 +1,67 @@
+# orlexui_module(name DIRS d1 [d2...] [NORECURSE] [DEPENDS t1 ...])
+# Makes the static archive orlexui_<name> from the *.cpp files of the folders. With
+# NORECURSE only the folders themselves are searched (foundation/platform/gui is a module
+# of its own). An empty folder still yields a target, so dependants link the same way
+# before and after the folder gets code.
+set(ORLEXUI_MODULES "" CACHE INTERNAL "")
+function(orlexui_module name)
+  cmake_parse_arguments(M "NORECURSE" "" "DIRS;DEPENDS" ${ARGN})
+  set(srcs "")
+  foreach(d IN LISTS M_DIRS)
+    if(M_NORECURSE)
+      file(GLOB found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${d}/*.cpp)
+    else()
+      file(GLOB_RECURSE found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${d}/*.cpp)
+    endif()
+    list(APPEND srcs ${found})
+  endforeach()
+  set(t orlexui_${name})
+  if(srcs)
+    add_library(${t} STATIC ${srcs})
+    target_include_directories(${t} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+    target_compile_definitions(${t} PRIVATE ORLEXUI_BUILDING=1)
+    if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+      target_compile_options(${t} PRIVATE -Wall -Wextra -Wno-unused-parameter)
+    endif()
+    set(kind PUBLIC)
+  else()
+    add_library(${t} INTERFACE)
+    target_include_directories(${t} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+    set(kind INTERFACE)
+  endif()
+  if(M_DEPENDS)
+    target_link_libraries(${t} ${kind} ${M_DEPENDS})
+  endif()
+  set(ORLEXUI_MODULES ${ORLEXUI_MODULES} ${t} CACHE INTERNAL "")
+endfunction()
+
+# The shared library: every module archive taken whole, so static registrations
+# (runtime classes, registered messages) are all present for the host.
+function(orlexui_shared_library)
+  file(WRITE ${PROJECT_BINARY_DIR}/orlexui_shared.cpp "// the library is made of the module archives\n")
+  add_library(orlexui SHARED ${PROJECT_BINARY_DIR}/orlexui_shared.cpp)
+  add_library(orlexui::orlexui ALIAS orlexui)
+  set(whole "")
+  foreach(m IN LISTS ORLEXUI_MODULES)
+    get_target_property(type ${m} TYPE)
+    if(type STREQUAL "STATIC_LIBRARY")
+      list(APPEND whole ${m})
+    endif()
+  endforeach()
+  target_link_libraries(orlexui PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,${whole}>")
+  target_link_libraries(orlexui PUBLIC Qt6::Core Qt6::Gui Qt6::Widgets Qt6::PrintSupport Threads::Threads)
+  target_include_directories(orlexui PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/orlexui>)
+  set_target_properties(orlexui PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+endfunction()
+
+# orlexui_test(name SOURCES... LIBS ...): one GoogleTest executable, its cases listed in ctest.
+function(orlexui_test name)
+  cmake_parse_arguments(T "" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${T_SOURCES})
+  target_link_libraries(${name} PRIVATE ${T_LIBS} GTest::gtest GTest::gmock GTest::gtest_main)
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ORLEXUI_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data")
+endfunction()
