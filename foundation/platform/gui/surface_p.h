@@ -27,6 +27,11 @@ struct DrawTarget {
 // an invalid or hidden window (the target is then empty).
 bool WindowDrawTarget(HWND hwnd, bool client, DrawTarget& out);
 
+// For BeginPaint: the window's update region in client coordinates, validated as it is
+// taken (the window then has nothing left to paint). erase tells whether the region was
+// invalidated with erasing asked for. Empty for an invalid window.
+QRegion TakeUpdateRegion(HWND hwnd, bool* erase);
+
 // Tells the presenter that these pixels of the top-level image changed (image coordinates).
 void SurfaceTouched(const QImage* image, const QRect& rect);
 
