@@ -1,11 +1,11 @@
-# orlexui_module(name DIRS d1 [d2...] [NORECURSE] [DEPENDS t1 ...])
+# orlexui_module(name DIRS d1 [d2...] [NORECURSE] [DEPENDS t1 ...] [LIBS l1 ...])
 # Makes the static archive orlexui_<name> from the *.cpp files of the folders. With
 # NORECURSE only the folders themselves are searched (foundation/platform/gui is a module
 # of its own). An empty folder still yields a target, so dependants link the same way
 # before and after the folder gets code.
 set(ORLEXUI_MODULES "" CACHE INTERNAL "")
 function(orlexui_module name)
-  cmake_parse_arguments(M "NORECURSE" "" "DIRS;DEPENDS" ${ARGN})
+  cmake_parse_arguments(M "NORECURSE" "" "DIRS;DEPENDS;LIBS" ${ARGN})
   set(srcs "")
   foreach(d IN LISTS M_DIRS)
     if(M_NORECURSE)
@@ -29,8 +29,8 @@ function(orlexui_module name)
     target_include_directories(${t} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
     set(kind INTERFACE)
   endif()
-  if(M_DEPENDS)
-    target_link_libraries(${t} ${kind} ${M_DEPENDS})
+  if(M_DEPENDS OR M_LIBS)
+    target_link_libraries(${t} ${kind} ${M_DEPENDS} ${M_LIBS})
   endif()
   set(ORLEXUI_MODULES ${ORLEXUI_MODULES} ${t} CACHE INTERNAL "")
 endfunction()
