@@ -1,0 +1,50 @@
+// Inner loops of the bitmap builders: scaling to indices, interpolated 24-bit colour and
+// the marking of invalid pixels. Each works on a flat run of values; the builders feed
+// them whole images (rows have no padding, so an image is one run).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "foundation/platform/wintypes.h"
+
+namespace orlex::bitmap {
+
+// Steps of the 24-bit interpolation between two neighbouring table entries.
+constexpr std::uint64_t kFitSteps = 4294967295ull;
+
+// Scales n values to bytes: trunc((v - low) * factor) clamped to 0..levels-1, stored as
+// its low byte. Any levels (also < 1 or > 256) gives the result of that rule, with the
+// truncation taken as exact (huge values saturate, NaN counts as below 0).
+void ScaleValues(const int* src, unsigned char* dst, std::size_t n, double low, double factor, int levels);
+
+// The constants of LinearFit24Bit for one table and one pair of limits, so that an
+// image pays for them once.
+struct Fit24Plan {
+    double low = 0.0;
+    double factor = 1.0;
+    double lastStep = 0.0;   // n - 1 as a double (exact: n < 2^53)
+    std::uint32_t top = 0;   // highest lower entry of a span: 253 or 254
+    bool black = true;       // null table
+    // Per span q (entries q and q+1) and per channel blue, green, red: the step per
+    // unit of remainder and the lower entry.
+    struct Span {
+        double slope[3];
+        BYTE base[3];
+    };
+    Span spans[255] = {};
+};
+
+// Fills `plan` for `table` (null: black), limits and the reserved-top choice.
+void PrepareFit24(const RGBQUAD* table, double low, double high, bool reserveTop, Fit24Plan& plan);
+
+// Writes blue, green, red of n values into dst (3n bytes), as LinearFit24Bit would.
+void Fit24Values(const int* src, unsigned char* dst, std::size_t n, const Fit24Plan& plan);
+
+// Sets the listed positions below `count` to index 255 (8-bit pixels).
+void MarkInvalid8(unsigned char* pixels, std::size_t count, const std::vector<int>& positions);
+// Sets the listed positions below `count` to the colour's blue, green, red (24-bit pixels).
+void MarkInvalid24(unsigned char* pixels, std::size_t count, const std::vector<int>& positions, RGBQUAD colour);
+
+}  // namespace orlex::bitmap
