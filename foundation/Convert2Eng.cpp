@@ -107,6 +107,7 @@ int FormatEngineering(char* dest, std::size_t destSize, double value, const char
     if (k == 0 || k >= 7 || k <= -7) {
         appendf(dest, destSize, pos, "%.*f %s", decimals, value, nullptr, unit);
     } else {
+        assert(k >= -6 && k <= 6);
         const double p = PowerOfTen(3 * k);
         appendf(dest, destSize, pos, "%.*f %c%s", decimals, value / p, &table[k + 6], unit);
     }

@@ -278,6 +278,7 @@ int Curve::GetNumPts(float xFrom, float xTo) const
     }
     if (i0 < 0)
         return 0;
+    assert(i0 + 1 < n);
     int i1 = n - 1;
     for (int i = i0; i + 1 < n; ++i) {
         if (d[i].first <= xTo && xTo <= d[i + 1].first) {
@@ -315,9 +316,10 @@ FINDPOINT Curve::FindPoint(double x, int useConverted) const
         else
             lo = mid;
     }
-    const int i = std::fabs(double(a[size_t(hi)].first) - x) > std::fabs(double(a[size_t(lo)].first) - x)
-                      ? lo
-                      : hi;
+    assert(lo >= 0 && lo <= hi && size_t(hi) < a.size());
+    const double dHi = std::fabs(double(a[size_t(hi)].first) - x);
+    const double dLo = std::fabs(double(a[size_t(lo)].first) - x);
+    const int i = dHi > dLo ? lo : hi; // a tie takes the higher index
     r.found = 1;
     r.index = i;
     r.y = double(a[size_t(i)].second) + double(YTranslation);

@@ -191,6 +191,7 @@ void MapClass::CalculateScale(double value, int axis)
 void MapClass::ScaleNum(double value, int axis)
 {
     CalculateScale(value, axis);
+    assert(EngScale >= -6 && EngScale <= 6);
     const char* table = orlex::EngPrefixTable();
     if (axis == kAxisX) {
         if (UnitsLabelSet && HasUnitsLabel) {

@@ -145,21 +145,4 @@ TEST_F(Convert2EngTest, HugeArgumentsStayInsideTheRoom)
     EXPECT_EQ(small[0], '\0');
 }
 
-TEST(PowerOfTen, RepeatedSquaringMatchesTheTable)
-{
-    const struct {
-        int e;
-        double expected;
-    } cases[] = {{0, 1.0}, {3, 1e3}, {-3, 1e-3}, {18, 1e18}, {-18, 1e-18}, {6, 1e6}, {-6, 1e-6}};
-    for (const auto& c : cases)
-        EXPECT_DOUBLE_EQ(orlex::PowerOfTen(c.e), c.expected) << c.e;
-}
-
-TEST_F(Convert2EngTest, PrefixTableFollowsTheCodePage)
-{
-    EXPECT_STREQ(orlex::EngPrefixTable(), "afpn\xB5m kMGTPE");
-    orlex::SetACP(1251);
-    EXPECT_STREQ(orlex::EngPrefixTable(), "afpnum kMGTPE");
-}
-
 } // namespace

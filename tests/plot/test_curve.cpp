@@ -34,22 +34,6 @@ void expectLimits(const Curve& c, const Limits& l, const char* what)
     EXPECT_EQ(c.GetMaxRange(), l.maxRange) << what;
 }
 
-TEST(Curve, ConstructionLeavesAnEmptyCurve)
-{
-    Curve a;
-    Curve b(5000);
-    Curve c(-3);
-    for (const Curve* k : {&a, &b, &c}) {
-        EXPECT_EQ(k->GetNumPts(), 0);
-        EXPECT_EQ(k->CGetNumPts(), 0);
-        EXPECT_EQ(k->GetPOINumPts(), 0);
-        EXPECT_EQ(k->Converted + k->Splined + k->OverRide, 0);
-        EXPECT_EQ(k->IsXTranslated() + k->IsYTranslated(), 0);
-    }
-    EXPECT_GE(a.GetCurveData().capacity(), 100u);
-    EXPECT_GE(b.GetCurveData().capacity(), 5000u);
-}
-
 TEST(Curve, AddPointKeepsTheLimits)
 {
     const struct {
