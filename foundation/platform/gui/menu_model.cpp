@@ -62,7 +62,7 @@ void DestroyTree(HMENU h) {
 
 MenuItem MakeItem(UINT flags, UINT_PTR id, const char* text) {
     MenuItem item;
-    item.flags = flags & ~(MF_BYPOSITION | MF_APPEND | MF_CHANGE | MF_REMOVE);
+    item.flags = flags & ~MF_BYPOSITION;  // MF_APPEND and friends share bits with item flags
     if (flags & MF_POPUP) {
         item.popup = reinterpret_cast<HMENU>(id);
         item.id = 0xFFFFFFFFu;
