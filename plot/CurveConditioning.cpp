@@ -147,27 +147,85 @@ inline float KeyValue(std::uint32_t k)
     return y;
 }
 
-// Median of keys[0..n), n >= 1: the middle term of the sorted values, or the mean of the
-// two middle terms in double, narrowed to float. Reorders the keys.
-float MedianOfKeys(std::uint32_t *keys, std::size_t n)
-{
-    const std::size_t mid = n / 2;
-    std::nth_element(keys, keys + mid, keys + n);
-    const float upper = KeyValue(keys[mid]);
-    if (n & 1)
-        return upper;
-    // After selection every key below mid is not above keys[mid]: the lower middle term
-    // is the largest of them.
-    const float lower = KeyValue(*std::max_element(keys, keys + mid));
-    return static_cast<float>((static_cast<double>(lower) + static_cast<double>(upper)) * 0.5);
-}
+// Selects the terms of rank lo and hi (lo <= hi, consecutive or equal) of keys[0..n):
+// the middle terms of a median. Small sets go straight to nth_element. Larger ones are
+// narrowed first: one counting pass over buckets spread across the actual range of the
+// keys finds the buckets of the two ranks, and only the keys in those buckets (a handful
+// for spread data) are selected among. Exact whatever the distribution; clustered data
+// only leave more candidates.
+class MiddleSelector {
+public:
+    void Select(std::uint32_t *keys, std::size_t n, std::uint32_t minKey, std::uint32_t maxKey,
+                std::size_t lo, std::size_t hi, std::uint32_t &loKey, std::uint32_t &hiKey)
+    {
+        assert(n > 0 && lo <= hi && hi < n);
+        if (n < kSmall || minKey == maxKey) {
+            SelectDirect(keys, n, lo, hi, loKey, hiKey);
+            return;
+        }
+        // Buckets: a power of two near n / 4, so that clearing them costs little beside
+        // the counting pass.
+        int bucketBits = 4;
+        while (bucketBits < kMaxBucketBits && (std::size_t(1) << (bucketBits + 2)) < n)
+            ++bucketBits;
+        const std::uint32_t range = maxKey - minKey;
+        int rangeBits = 0;
+        while (rangeBits < 32 && (range >> rangeBits) != 0)
+            ++rangeBits;
+        const int shift = rangeBits > bucketBits ? rangeBits - bucketBits : 0;
+        const std::size_t buckets = std::size_t((range >> shift) + 1);
+
+        m_count.assign(buckets, 0);
+        std::uint32_t *count = m_count.data();
+        for (std::size_t i = 0; i < n; ++i)
+            ++count[(keys[i] - minKey) >> shift];
+
+        // Buckets holding ranks lo and hi, and how many keys lie below the first.
+        std::size_t below = 0, b = 0;
+        while (below + count[b] <= lo)
+            below += count[b++];
+        const std::size_t bLo = b;
+        std::size_t upTo = below;
+        while (upTo + count[b] <= hi)
+            upTo += count[b++];
+        const std::size_t bHi = b;
+
+        m_candidates.clear();
+        const std::uint32_t first = std::uint32_t(bLo), last = std::uint32_t(bHi);
+        for (std::size_t i = 0; i < n; ++i) {
+            const std::uint32_t bk = (keys[i] - minKey) >> shift;
+            if (bk - first <= last - first) // first <= bk <= last in one unsigned test
+                m_candidates.push_back(keys[i]);
+        }
+        SelectDirect(m_candidates.data(), m_candidates.size(), lo - below, hi - below, loKey, hiKey);
+    }
+
+private:
+    static constexpr std::size_t kSmall = 64;
+    static constexpr int kMaxBucketBits = 12;
+
+    static void SelectDirect(std::uint32_t *keys, std::size_t n, std::size_t lo, std::size_t hi,
+                             std::uint32_t &loKey, std::uint32_t &hiKey)
+    {
+        std::nth_element(keys, keys + hi, keys + n);
+        hiKey = keys[hi];
+        // Everything before position hi is not above it: rank lo (= hi or hi - 1) is the
+        // largest of those when it differs from hi.
+        loKey = lo == hi ? hiKey : *std::max_element(keys, keys + hi);
+    }
+
+    std::vector<std::uint32_t> m_count;
+    std::vector<std::uint32_t> m_candidates;
+};
 
 // Median of each bin, the last bin included (it ends at its edge or at the end of the
-// data). A bin without points shows the y of the next point.
+// data): the middle term of the sorted values, or the mean of the two middle terms in
+// double, narrowed to float. A bin without points shows the y of the next point.
 void ReduceMedian(Walk w, BinFrame const &f, std::vector<Point> &out)
 {
     Point *o = out.data();
     std::vector<std::uint32_t> keys;
+    MiddleSelector selector;
     for (int i = 0; i < f.numPts; ++i) {
         const Point *start = w.p;
         w.Bin(f.Edge(i), [](float) {});
@@ -179,9 +237,20 @@ void ReduceMedian(Walk w, BinFrame const &f, std::vector<Point> &out)
             if (keys.size() < count)
                 keys.resize(count);
             std::uint32_t *k = keys.data();
-            for (const Point *q = start; q < w.p; ++q)
-                *k++ = OrderKey(q->second);
-            v = MedianOfKeys(keys.data(), count);
+            std::uint32_t minKey = 0xFFFFFFFFu, maxKey = 0;
+            for (const Point *q = start; q < w.p; ++q) {
+                const std::uint32_t key = OrderKey(q->second);
+                *k++ = key;
+                minKey = std::min(minKey, key);
+                maxKey = std::max(maxKey, key);
+            }
+            const std::size_t hi = count / 2;
+            const std::size_t lo = (count & 1) ? hi : hi - 1;
+            std::uint32_t loKey, hiKey;
+            selector.Select(keys.data(), count, minKey, maxKey, lo, hi, loKey, hiKey);
+            const float upper = KeyValue(hiKey);
+            v = lo == hi ? upper
+                         : static_cast<float>((static_cast<double>(KeyValue(loKey)) + static_cast<double>(upper)) * 0.5);
         }
         o[i] = Point(f.OutX(i), v);
     }

@@ -202,36 +202,57 @@ TEST(CurveConvert, LongCurveKeepsItsMaximum)
 }
 
 // The median of every bin is the middle of the sorted values (mean of the two middles for
-// even counts), with negative values, repeats and bins of many sizes.
+// even counts), for small bins and for large ones, on spread, clustered and repeated data.
 TEST(CurveConvert, MedianIsExactOnRandomBins)
 {
-    std::mt19937 rng(11);
-    std::uniform_real_distribution<float> gap(0.0f, 2.0f);
-    std::uniform_int_distribution<int> value(-40, 40);
-    std::vector<float> x, y;
-    float at = 0;
-    for (int i = 0; i < 5000; ++i) {
-        at += gap(rng);
-        x.push_back(at);
-        y.push_back(float(value(rng)) * 0.37f);
-    }
-    Curve c = Make(x, y);
-    const int numPts = 97;
-    ASSERT_EQ(c.Convert(0, 0, numPts, kWhole | kMedian), numPts);
+    struct Case {
+        const char *name;
+        int points, numPts;
+        float (*value)(std::mt19937 &);
+    };
+    const Case cases[] = {
+        {"small bins, repeats", 5000, 97,
+         [](std::mt19937 &r) { return float(int(r() % 81) - 40) * 0.37f; }},
+        {"large bins, spread over both signs", 30000, 9,
+         [](std::mt19937 &r) { return std::uniform_real_distribution<float>(-1e6f, 1e6f)(r); }},
+        {"large bins, narrow noise", 30000, 12,
+         [](std::mt19937 &r) { return 1000.0f + std::uniform_real_distribution<float>(0, 1e-3f)(r); }},
+        {"large bins, clustered with outliers", 30000, 8,
+         [](std::mt19937 &r) {
+             const unsigned v = r() % 1000;
+             return v == 0 ? 3e38f : v == 1 ? -3e38f : float(v % 3) + 0.5f;
+         }},
+        {"large bins, nearly constant", 30000, 5,
+         [](std::mt19937 &r) { return r() % 500 == 0 ? 7.0f : 2.0f; }},
+    };
+    for (auto const &c : cases) {
+        SCOPED_TRACE(c.name);
+        std::mt19937 rng(11);
+        std::uniform_real_distribution<float> gap(0.0f, 2.0f);
+        std::vector<float> x, y;
+        float at = 0;
+        for (int i = 0; i < c.points; ++i) {
+            at += gap(rng);
+            x.push_back(at);
+            y.push_back(c.value(rng));
+        }
+        Curve curve = Make(x, y);
+        ASSERT_EQ(curve.Convert(0, 0, c.numPts, kWhole | kMedian), c.numPts);
 
-    const float step = (x.back() - x.front()) / float(numPts - 1);
-    const float halfFrom = step * 0.5f + x.front();
-    size_t k = 0;
-    for (int i = 0; i < numPts; ++i) {
-        const float edge = float(i) * step + halfFrom;
-        std::vector<double> bin;
-        while (k < x.size() && edge > x[k])
-            bin.push_back(y[k++]);
-        ASSERT_FALSE(bin.empty());
-        std::sort(bin.begin(), bin.end());
-        const size_t m = bin.size() / 2;
-        const float expected = bin.size() % 2 ? float(bin[m]) : float((bin[m - 1] + bin[m]) * 0.5);
-        EXPECT_EQ(c.CGety(i), expected) << "bin " << i << " of " << bin.size();
+        const float step = (x.back() - x.front()) / float(c.numPts - 1);
+        const float halfFrom = step * 0.5f + x.front();
+        size_t k = 0;
+        for (int i = 0; i < c.numPts; ++i) {
+            const float edge = float(i) * step + halfFrom;
+            std::vector<double> bin;
+            while (k < x.size() && edge > x[k])
+                bin.push_back(y[k++]);
+            ASSERT_FALSE(bin.empty());
+            std::sort(bin.begin(), bin.end());
+            const size_t m = bin.size() / 2;
+            const float expected = bin.size() % 2 ? float(bin[m]) : float((bin[m - 1] + bin[m]) * 0.5);
+            EXPECT_EQ(curve.CGety(i), expected) << "bin " << i << " of " << bin.size();
+        }
     }
 }
 
