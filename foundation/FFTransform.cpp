@@ -2,6 +2,7 @@
 
 #include <cassert>
 #include <cmath>
+#include <new>
 
 FFTransform::FFTransform(const float *y, int count)
 {
@@ -28,9 +29,11 @@ void FFTransform::Transform(const float *y, int count)
     int n = 1;
     while (n <= count / 2)
         n *= 2;
-    m_numTransformed = n;
-    Complex *term = new Complex[n];
+    Complex *term = new (std::nothrow) Complex[n];
+    if (!term)
+        return; // no room: the spectrum stays empty
     m_spectrum = term;
+    m_numTransformed = n;
 
     // Removing the mean level of the two ends keeps the window from smearing a constant
     // offset over the low bins.

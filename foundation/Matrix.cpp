@@ -2,7 +2,9 @@
 
 #include <cassert>
 #include <cmath>
+#include <climits>
 #include <cstring>
+#include <new>
 #include <vector>
 
 namespace {
@@ -14,12 +16,15 @@ constexpr double kTinyPivot = 1e-20;
 
 Matrix::Matrix(int r, int c)
 {
-    if (r <= 0 || c <= 0)
+    // Elements are addressed by int; larger shapes are refused like a failed allocation.
+    if (r <= 0 || c <= 0 || static_cast<long long>(r) * c > INT_MAX)
         return;
+    // Cleared, so that nothing reads indeterminate values before the caller fills it.
+    data = new (std::nothrow) double[static_cast<size_t>(r) * static_cast<size_t>(c)]();
+    if (!data)
+        return; // valid stays 0: the data were not allocated
     rows = r;
     cols = c;
-    // Cleared, so that nothing reads indeterminate values before the caller fills it.
-    data = new double[static_cast<size_t>(r) * static_cast<size_t>(c)]();
     valid = 1;
 }
 
@@ -28,12 +33,18 @@ Matrix::Matrix(Matrix const &other)
 {
     const size_t n = static_cast<size_t>(rows) * static_cast<size_t>(cols);
     if (other.data) {
-        data = new double[n];
+        data = new (std::nothrow) double[n];
+        if (!data) {
+            rows = cols = 0;
+            valid = 0;
+            return;
+        }
         std::memcpy(data, other.data, n * sizeof(double));
     }
     if (other.index) {
-        index = new int[rows];
-        std::memcpy(index, other.index, static_cast<size_t>(rows) * sizeof(int));
+        index = new (std::nothrow) int[rows];
+        if (index)
+            std::memcpy(index, other.index, static_cast<size_t>(rows) * sizeof(int));
     }
 }
 
@@ -166,7 +177,11 @@ bool Matrix::Decompose()
     const int n = rows;
     sign = 1;
     delete[] index;
-    index = new int[n];
+    index = new (std::nothrow) int[n];
+    if (!index) {
+        valid = 0;
+        return false;
+    }
     // Identity until the columns are processed, so BKSub after a refused LU stays in bounds.
     for (int i = 0; i < n; ++i)
         index[i] = i;

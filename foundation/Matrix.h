@@ -12,8 +12,8 @@ public:
     int valid = 0;          // 1 if the data were allocated; 0 once an operation failed
     int *index = nullptr;   // pivot row of each column from the last LU, owned; null before
 
-    // A rows x cols matrix of zeros. Non-positive sizes give an empty matrix with
-    // valid = 0.
+    // A rows x cols matrix of zeros. Non-positive sizes, more than INT_MAX elements or
+    // no memory give an empty matrix with valid = 0.
     Matrix(int rows, int cols);
     // Deep copy of shape, data, sign, valid and pivots.
     Matrix(Matrix const &other);

@@ -305,6 +305,7 @@ int Curve::Convert(float xFrom, float xTo, int numPts, unsigned int flags)
 
     // The walk starts at the first point at or after xFrom (not a bisection: the rule
     // is the first such point, also where x folds back).
+    assert(n > 0); // an empty curve has no span and never gets here
     const Point *begin = CurveData.data();
     const Point *end = begin + n;
     const Point *p = begin;
@@ -383,31 +384,33 @@ void Curve::Spline()
         D.assign(m, 0.0);
     }
     const Point *pt = CurveData.data();
-    std::vector<double> h(m, 0.0), alpha(m, 0.0), l(m, 0.0), mu(m, 0.0), z(m, 0.0);
-    for (int i = 0; i <= n - 2; ++i)
-        h[i] = static_cast<double>(pt[i + 1].first - pt[i].first);
-    for (int i = 1; i <= n - 3; ++i) {
-        const float yMid = pt[i].second * (pt[i + 1].first - pt[i - 1].first);
-        alpha[i] = 3.0 * (pt[i + 1].second * h[i - 1] - static_cast<double>(yMid) + pt[i - 1].second * h[i]) /
-                   (h[i - 1] * h[i]);
-    }
-    l[0] = 1.0;
-    mu[0] = 0.0;
+    // Interval widths as float differences, widened; recomputed where needed rather than
+    // kept, as are alpha and l of the sweep: a spline of ten million points then needs no
+    // memory beyond its coefficients.
+    auto h = [pt](int i) { return static_cast<double>(pt[i + 1].first - pt[i].first); };
+    // mu and z of the forward sweep wait in D and B until the back substitution replaces
+    // them; the last interval's B and D are not touched.
+    double *z = B.data();
+    double *mu = D.data();
+    mu[0] = 0.0; // l[0] = 1
     z[0] = 0.0;
-    for (int i = 1; i <= n - 2; ++i) {
-        l[i] = 2.0 * static_cast<double>(pt[i + 1].first - pt[i - 1].first) - h[i - 1] * mu[i - 1];
-        mu[i] = h[i] / l[i];
-        z[i] = (alpha[i] - h[i - 1] * z[i - 1]) / l[i];
+    // The natural end sits at index n - 2, the last interval's left end: l, z and C are
+    // 1, 0 and 0 there, so the sweep stops before it and the spline is the natural one
+    // through the points up to n - 2, constant over the last interval.
+    for (int i = 1; i <= n - 3; ++i) {
+        const double h0 = h(i - 1), h1 = h(i);
+        const float yMid = pt[i].second * (pt[i + 1].first - pt[i - 1].first);
+        const double alpha = 3.0 * (pt[i + 1].second * h0 - static_cast<double>(yMid) + pt[i - 1].second * h1) / (h0 * h1);
+        const double l = 2.0 * static_cast<double>(pt[i + 1].first - pt[i - 1].first) - h0 * mu[i - 1];
+        mu[i] = h1 / l;
+        z[i] = (alpha - h0 * z[i - 1]) / l;
     }
-    // The natural end sits at the last interval's left end: the spline is the natural one
-    // through the points up to n - 2, and constant over the last interval.
-    l[n - 2] = 1.0;
-    z[n - 2] = 0.0;
     C[n - 2] = 0.0;
     for (int j = n - 3; j >= 0; --j) {
+        const double hj = h(j);
         C[j] = z[j] - mu[j] * C[j + 1];
-        B[j] = static_cast<double>(pt[j + 1].second - pt[j].second) / h[j] - (2.0 * C[j] + C[j + 1]) * h[j] / 3.0;
-        D[j] = (C[j + 1] - C[j]) / (3.0 * h[j]);
+        B[j] = static_cast<double>(pt[j + 1].second - pt[j].second) / hj - (2.0 * C[j] + C[j + 1]) * hj / 3.0;
+        D[j] = (C[j + 1] - C[j]) / (3.0 * hj);
     }
     Splined = 1;
 }
