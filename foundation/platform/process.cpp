@@ -233,7 +233,9 @@ void _makepath(char* path, const char* drive, const char* dir, const char* fname
     }
     if (dir && *dir) {
         out += dir;
-        if (out.back() != '/' && out.back() != '\\') out += '/';
+        // The separator the directory already uses; '/' when it has none.
+        const bool backslashes = std::strchr(dir, '\\') && !std::strchr(dir, '/');
+        if (out.back() != '/' && out.back() != '\\') out += backslashes ? '\\' : '/';
     }
     if (fname) out += fname;
     if (ext && *ext) {

@@ -109,7 +109,9 @@ void IniDocument::Set(const std::string& section, const std::string& key, const 
         return;
     }
     if (FindKey(begin, end, key, at)) {
-        m_lines[at] = line;
+        std::string existing;
+        KeyName(m_lines[at], existing);  // the file's spelling of the name stays
+        m_lines[at] = existing + "=" + value;
         return;
     }
     // After the last non-blank line of the section, so blank separators stay below it.
