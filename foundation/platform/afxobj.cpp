@@ -46,6 +46,12 @@ void AfxRegisterRuntimeClass(CRuntimeClass* cls)
     g_firstClass = cls;
 }
 
+CRuntimeClass* AfxGetFirstRuntimeClass()
+{
+    std::lock_guard<std::mutex> lock(registryLock());
+    return g_firstClass;
+}
+
 void AfxUnregisterRuntimeClass(CRuntimeClass* cls)
 {
     std::lock_guard<std::mutex> lock(registryLock());

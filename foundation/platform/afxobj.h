@@ -45,6 +45,10 @@ void AfxRegisterRuntimeClass(CRuntimeClass* cls);
 // Removes a class from the registry, for a host module that goes away before the process.
 void AfxUnregisterRuntimeClass(CRuntimeClass* cls);
 
+// The most recently registered class; walk on with m_pNextClass. Don't register or
+// unregister during the walk.
+CRuntimeClass* AfxGetFirstRuntimeClass();
+
 struct AFX_CLASSINIT {
     explicit AFX_CLASSINIT(CRuntimeClass* cls) { AfxRegisterRuntimeClass(cls); }
 };
