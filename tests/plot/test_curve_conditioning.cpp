@@ -256,6 +256,42 @@ TEST(CurveConvert, MedianIsExactOnRandomBins)
     }
 }
 
+// Hostile data: every rule answers with numPts points or a refusal, reads nothing outside
+// the points (checked by the sanitizer build) and does not hang.
+TEST(CurveConvert, OddDataNeverBreakTheWalk)
+{
+    const float nan = std::nanf(""), inf = INFINITY;
+    struct Case {
+        const char *name;
+        std::vector<float> x, y;
+        float xFrom, xTo;
+        unsigned whole;
+    };
+    const Case cases[] = {
+        {"NaN in x", {0, nan, 2, 3}, {1, 2, 3, 4}, 0, 0, kWhole},
+        {"NaN and infinity in y", {0, 1, 2, 3}, {nan, inf, -inf, 4}, 0, 0, kWhole},
+        {"NaN limits", {0, 1, 2, 3}, {1, 2, 3, 4}, nan, nan, 0},
+        {"infinite last x", {0, 1, 2, inf}, {1, 2, 3, 4}, 0, 0, kWhole},
+        {"repeated x", {1, 1, 1, 2}, {5, 6, 7, 8}, 0, 0, kWhole},
+        {"one point", {1}, {5}, 0, 0, kWhole},
+        {"huge first x, tiny step", {1e7f, 1e7f + 1, 1e7f + 2}, {1, 2, 3}, 0, 0, kWhole},
+    };
+    for (auto const &c : cases) {
+        SCOPED_TRACE(c.name);
+        for (unsigned type : {2u, 4u, 8u, 16u, 32u}) {
+            Curve curve = Make(c.x, c.y);
+            const int made = curve.Convert(c.xFrom, c.xTo, 1000, c.whole | type);
+            EXPECT_TRUE(made == 0 || made == 1000) << type;
+            EXPECT_EQ(curve.CGetNumPts(), made) << type;
+        }
+        Curve curve = Make(c.x, c.y);
+        curve.EqualSpace(7, 0, Curve::LowHit);
+        EXPECT_EQ(curve.CGetNumPts(), 7);
+        curve.Solve(0, 1.0, 1e-6, 0);
+        curve.Interpolate(1.5f, 0);
+    }
+}
+
 TEST(CurveConvert, SplineRuleFollowsInterpolate)
 {
     Curve c = Make({0, 1, 2, 3}, {0, 1, 0, 5});
