@@ -1,0 +1,67 @@
+# cmake -P script of the install test (see CMakeLists.txt for the variables it is given).
+
+function(run what)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  if(NOT rc EQUAL 0)
+    message(FATAL_ERROR "${what} failed (${rc}):\n${out}\n${err}")
+  endif()
+  message(STATUS "${what}: ok")
+  set(last_output "${out}" PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE "${WORK_DIR}")
+set(prefix "${WORK_DIR}/prefix")
+
+set(config_args "")
+if(CONFIG)
+  set(config_args --config ${CONFIG})
+endif()
+run("install into ${prefix}" ${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}" ${config_args})
+
+foreach(f include/orlexui/orlexui.h include/orlexui/foundation/OrlexUI.h include/orlexui/foundation/platform/wintypes.h)
+  if(NOT EXISTS "${prefix}/${f}")
+    message(FATAL_ERROR "not installed: ${f}")
+  endif()
+endforeach()
+file(GLOB_RECURSE private_headers "${prefix}/include/*_p.h")
+if(private_headers)
+  message(FATAL_ERROR "private headers installed: ${private_headers}")
+endif()
+
+# 1. find_package(orlexui) in a CMake project outside the source tree.
+set(type ${CONFIG})
+if(NOT type)
+  set(type RelWithDebInfo)
+endif()
+run("configure host" ${CMAKE_COMMAND} -S "${HOST_SOURCE}" -B "${WORK_DIR}/host" -G "${GENERATOR}"
+    "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_C_COMPILER=${CC}" "-DCMAKE_PREFIX_PATH=${prefix}"
+    "-DCMAKE_BUILD_TYPE=${type}" "-DCMAKE_CXX_FLAGS=${EXTRA_FLAGS}" "-DCMAKE_EXE_LINKER_FLAGS=${EXTRA_LINK_FLAGS}")
+run("build host" ${CMAKE_COMMAND} --build "${WORK_DIR}/host" ${config_args})
+file(GLOB_RECURSE host_exe "${WORK_DIR}/host/orlexui_host" "${WORK_DIR}/host/orlexui_host.exe")
+if(NOT host_exe)
+  message(FATAL_ERROR "host program not built")
+endif()
+list(GET host_exe 0 host_exe)
+run("run host (CMake package)" "${host_exe}")
+message(STATUS "${last_output}")
+
+# 2. The pkg-config file, with the compiler alone.
+if(PKG_CONFIG)
+  set(ENV{PKG_CONFIG_PATH} "")
+  file(GLOB_RECURSE pc_files "${prefix}/orlexui.pc")
+  if(NOT pc_files)
+    message(FATAL_ERROR "orlexui.pc not installed")
+  endif()
+  list(GET pc_files 0 pc_file)
+  get_filename_component(pc_dir "${pc_file}" DIRECTORY)
+  set(ENV{PKG_CONFIG_PATH} "${pc_dir}")
+  run("pkg-config" "${PKG_CONFIG}" --cflags --libs orlexui)
+  string(STRIP "${last_output}" pc_flags)
+  separate_arguments(pc_flags UNIX_COMMAND "${pc_flags}")
+  separate_arguments(extra UNIX_COMMAND "${EXTRA_FLAGS} ${EXTRA_LINK_FLAGS}")
+  string(REGEX MATCH "-L([^ ;]+)" _ "${last_output}")
+  set(libdir "${CMAKE_MATCH_1}")
+  run("compile host with pkg-config flags" "${CXX}" -std=c++20 ${extra} "${HOST_SOURCE}/main.cpp" ${pc_flags}
+      "-Wl,-rpath,${libdir}" -o "${WORK_DIR}/host_pc")
+  run("run host (pkg-config)" "${WORK_DIR}/host_pc")
+endif()
