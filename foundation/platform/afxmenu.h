@@ -165,3 +165,7 @@ private:
     bool m_temporary = false;  // a wrapper made by FromHandle
     friend struct MenuWrapperAccess;
 };
+
+// The menu bar of a top-level window (not drawn by the layer); null when it has none.
+HMENU GetMenu(HWND hwnd);
+BOOL SetMenu(HWND hwnd, HMENU menu);

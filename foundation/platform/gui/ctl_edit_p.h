@@ -1,0 +1,62 @@
+// Private: the text model of an edit control, apart from its window and drawing.
+#pragma once
+
+#include <string>
+
+#include "foundation/platform/wintypes.h"
+
+namespace orlex::detail {
+
+// Text with a selection from anchor to caret (either order) and one level of undo.
+// Positions are byte offsets of the 8-bit text, 0..size.
+class EditModel {
+public:
+    const std::string& Text() const { return m_text; }
+    int Caret() const { return m_caret; }
+    int SelStart() const { return m_anchor < m_caret ? m_anchor : m_caret; }
+    int SelEnd() const { return m_anchor < m_caret ? m_caret : m_anchor; }
+    bool HasSelection() const { return m_anchor != m_caret; }
+    int Limit() const { return m_limit; }
+    // 0 lifts the limit (to the platform's largest).
+    void SetLimit(int limit) { m_limit = limit > 0 ? limit : 0x7FFFFFFE; }
+
+    // Replaces everything; the caret goes to the start, undo is forgotten.
+    void SetText(const std::string& text);
+    // Start -1 takes the selection away (the caret stays); end -1 or past the end means the
+    // end; start > end selects backwards (the caret at end).
+    void SetSel(int start, int end);
+    // Replaces the selection with text, cut to the limit; false (nothing changes) when no
+    // character of it fits and the selection was empty. Keeps an undo step when asked.
+    bool ReplaceSel(const std::string& text, bool keepUndo = true);
+    // Backspace / Delete: the selection, else the character before / after the caret.
+    bool Backspace();
+    bool DeleteForward();
+    // Moves the caret by one character or to an end; extend keeps the anchor.
+    void MoveLeft(bool extend);
+    void MoveRight(bool extend);
+    void Home(bool extend);
+    void End(bool extend);
+    // Puts the caret at pos (extend: keeping the anchor).
+    void PlaceCaret(int pos, bool extend);
+    bool CanUndo() const { return m_canUndo; }
+    // Swaps in the text before the last change (an undo can be undone).
+    bool Undo();
+    void EmptyUndo() { m_canUndo = false; }
+
+private:
+    int Clamp(int p) const { return p < 0 ? 0 : (p > static_cast<int>(m_text.size()) ? static_cast<int>(m_text.size()) : p); }
+    void Remember();
+    std::string m_text;
+    int m_anchor = 0, m_caret = 0;
+    int m_limit = 30000;
+    bool m_canUndo = false;
+    std::string m_undoText;
+    int m_undoAnchor = 0, m_undoCaret = 0;
+};
+
+// The caret position for a pointer at x (pixels from the text's start), given the pixel
+// offset of the end of each prefix: offsets[i] is the width of the first i characters.
+// The nearer of the two character edges wins.
+int HitTestOffsets(const int* offsets, int count, int x);
+
+}  // namespace orlex::detail
