@@ -1042,9 +1042,6 @@ HFONT CreateFontIndirectA(const LOGFONTA* lf);
 inline HFONT CreateFontIndirect(const LOGFONT* lf) { return CreateFontIndirectA(lf); }
 HBITMAP CreateBitmap(int width, int height, UINT planes, UINT bitsPerPixel, const void* bits);
 HBITMAP CreateCompatibleBitmap(HDC hdc, int width, int height);
-// A 32- or 24-bit top-down or bottom-up section whose pixels the caller writes through *bits;
-// the pixels belong to the bitmap and live until it is deleted.
-HBITMAP CreateDIBSection(HDC hdc, const BITMAPINFO* info, UINT usage, void** bits, HANDLE section, DWORD offset);
 HBITMAP LoadBitmapA(HINSTANCE inst, LPCSTR name);
 inline HBITMAP LoadBitmap(HINSTANCE inst, LPCSTR name) { return LoadBitmapA(inst, name); }
 LONG GetBitmapBits(HBITMAP bmp, LONG count, LPVOID bits);
@@ -1121,12 +1118,13 @@ COLORREF GetPixel(HDC hdc, int x, int y);
 COLORREF SetPixel(HDC hdc, int x, int y, COLORREF c);
 BOOL SetPixelV(HDC hdc, int x, int y, COLORREF c);
 BOOL PatBlt(HDC hdc, int x, int y, int w, int h, DWORD rop);
+BOOL FloodFill(HDC hdc, int x, int y, COLORREF border);
 BOOL BitBlt(HDC dst, int x, int y, int w, int h, HDC src, int xSrc, int ySrc, DWORD rop);
 BOOL StretchBlt(HDC dst, int x, int y, int w, int h, HDC src, int xSrc, int ySrc, int wSrc, int hSrc, DWORD rop);
 // Draws a device-independent bitmap: 8 bits with a colour table of biClrUsed (0: 256)
 // entries, or 24 or 32 bits. Rows are stored bottom-up when biHeight > 0 and each row is
 // padded to a multiple of 4 bytes (the platform's rule); when biSizeImage is set, no byte at
-// or past it is read (a short block shows black there rather than read outside it). The
+// or past it is read: rows that would reach past it are left undrawn. The
 // source rectangle's y counts from the bottom row for bottom-up bitmaps; a negative width or
 // height on one side mirrors. Returns the number of scan lines drawn, 0 on failure.
 int StretchDIBits(HDC hdc, int xDest, int yDest, int wDest, int hDest, int xSrc, int ySrc, int wSrc, int hSrc,
