@@ -17,18 +17,7 @@
 #include "foundation/platform/afxstr.h"
 #include "foundation/platform/wintypes.h"
 
-#if __has_include("foundation/platform/afxobj.h")
 #include "foundation/platform/afxobj.h"
-#define ORLEX_HAVE_RUNTIME_CLASSES 1
-#else
-// Transitional: the object base classes are not in the tree yet.
-class CObject {
-public:
-    virtual ~CObject() = default;
-};
-class CCmdTarget : public CObject {};
-#define ORLEX_HAVE_RUNTIME_CLASSES 0
-#endif
 
 class CWnd;
 class CDC;     // afxgdi.h
@@ -1048,9 +1037,7 @@ private:
 // DestroyWindow ends it (then PostNcDestroy runs, where self-deleting classes delete this);
 // deleting a CWnd whose window exists destroys the window first.
 class CWnd : public CCmdTarget {
-#if ORLEX_HAVE_RUNTIME_CLASSES
     DECLARE_DYNAMIC(CWnd)
-#endif
 public:
     HWND m_hWnd = nullptr;
     HWND m_hWndOwner = nullptr;  // notifications go here when set, else to the parent
