@@ -529,12 +529,6 @@ BOOL CWnd::RedrawWindow(LPCRECT rect, void*, UINT flags) { return ::RedrawWindow
 BOOL CWnd::GetUpdateRect(LPRECT rect, BOOL erase) { return ::GetUpdateRect(m_hWnd, rect, erase); }
 void CWnd::ScrollWindow(int dx, int dy, LPCRECT scroll, LPCRECT clip) { ::ScrollWindow(m_hWnd, dx, dy, scroll, clip); }
 void CWnd::SetRedraw(BOOL redraw) { SendMessage(WM_SETREDRAW, redraw, 0); }
-void CWnd::SetFont(CFont* font, BOOL redraw) {
-    SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(font ? font->GetSafeHandle() : nullptr), redraw);
-}
-CFont* CWnd::GetFont() const { return CFont::FromHandle(reinterpret_cast<HFONT>(SendMessage(WM_GETFONT, 0, 0))); }
-CDC* CWnd::DCFromHandle(HDC hdc) { return CDC::FromHandle(hdc); }
-CMenu* CWnd::MenuFromHandle(HMENU h) { return CMenu::FromHandle(h); }
 CWnd* CWnd::CtlColorWindow(LPARAM lp) {
     auto* c = reinterpret_cast<const AFX_CTLCOLOR*>(lp);
     return c ? FromHandle(c->hWnd) : nullptr;
