@@ -318,6 +318,18 @@ LRESULT EditProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
             if (StyleOf(hwnd) & ES_READONLY) return 0;
             if (s.model.DeleteForward()) Changed(hwnd, s);
             return 0;
+        case VK_UP:
+        case VK_DOWN:
+        case VK_F4:
+        case VK_PRIOR:
+        case VK_NEXT: {
+            // The edit of a drop-down combo box lets the combo choose with these keys.
+            HWND parent = ::GetParent(hwnd);
+            char cls[16] = {};
+            if (parent) ::GetClassNameA(parent, cls, sizeof cls);
+            if (std::strcmp(cls, "ComboBox") == 0) ::SendMessageA(parent, WM_KEYDOWN, wp, lp);
+            return 0;
+        }
         default:
             return 0;
         }

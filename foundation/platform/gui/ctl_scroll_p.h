@@ -1,0 +1,40 @@
+// Private: the geometry and arithmetic of scroll bars, trackbars and up-down controls,
+// apart from their windows and drawing. Lengths run along the control's axis.
+#pragma once
+
+#include <string>
+
+#include "foundation/platform/wintypes.h"
+
+namespace orlex::detail {
+
+// Parts of a scroll bar along its axis, in pixels from its start.
+struct ScrollGeometry {
+    int arrow = 0;                    // length of each arrow button
+    int trackStart = 0, trackEnd = 0; // the track between the arrows
+    int thumbStart = 0, thumbEnd = 0; // empty when the bar is too short for a thumb
+};
+
+// The bar's parts for a range minPos..maxPos, page size (0: none) and position.
+// The thumb is at least 8 pixels long; its travel spans the positions minPos to
+// maxPos - (page - 1).
+ScrollGeometry ComputeScroll(int length, int thickness, int minPos, int maxPos, UINT page, int pos);
+// The position whose thumb would start at thumbStart (pixels), rounded and clamped.
+int ScrollPosFromThumb(const ScrollGeometry& g, int thumbStart, int minPos, int maxPos, UINT page);
+// The largest position the bar can take.
+int ScrollMaxPos(int minPos, int maxPos, UINT page);
+
+// Trackbars: the channel runs from kTrackMargin to length - kTrackMargin.
+constexpr int kTrackMargin = 8;
+constexpr int kTrackThumb = 11;  // thumb width along the axis
+int TrackbarThumbCenter(int length, int minPos, int maxPos, int pos);
+// The position nearest to the pixel, clamped to the range.
+int TrackbarPosFromPoint(int length, int minPos, int maxPos, int coord);
+
+// Up-down: the position after a step of delta within lower..upper (either order), wrapping
+// around with wrap, else held at the ends.
+int UpDownStep(int pos, int lower, int upper, int delta, bool wrap);
+// The text a buddy shows: decimal, with thousands separated by ',' unless told not to.
+std::string BuddyText(int value, bool thousands);
+
+}  // namespace orlex::detail
