@@ -332,13 +332,9 @@ HBITMAP CreateBitmap(int width, int height, UINT planes, UINT bitsPixel, const v
 HBITMAP CreateCompatibleBitmap(HDC hdc, int width, int height) {
     Dc* dc = LookupDc(hdc);
     if (!dc || width < 0 || height < 0) return nullptr;
-    // A memory context's device is its bitmap's: a monochrome default bitmap makes a
-    // monochrome bitmap, as on the platform.
-    int bpp = 32;
-    if (dc->kind == DcKind::Memory) {
-        Bitmap* cur = AsBitmap(dc->a.bitmap);
-        if (cur && cur->bitsPixel == 1) bpp = 1;
-    }
+    // Always the 32-bit colour format, also for a memory context that still holds its
+    // default bitmap: the layer keeps no monochrome pixels.
+    const int bpp = 32;
     if (width == 0 || height == 0) return CreateBitmap(1, 1, 1, 1, nullptr);
     if (static_cast<long long>(width) * height > (1LL << 28)) return nullptr;
     return static_cast<HBITMAP>(Register(NewBitmap(width, height, bpp)));
