@@ -7,8 +7,13 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <random>
 #include <vector>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "foundation/platform/globalmem.h"
 #include "imageview/BitmapData.h"
@@ -38,6 +43,9 @@ std::vector<RGBQUAD> Table()
     return t;
 }
 
+// The 8-bit reference is written with vector instructions where there are some, so that
+// it runs at the speed of memory, as a plain loop at this optimisation level would not.
+
 void BM_Ref8(benchmark::State& state)
 {
     const int n = int(state.range(0));
@@ -46,7 +54,21 @@ void BM_Ref8(benchmark::State& state)
     for (auto _ : state) {
         const int* src = data.data();
         unsigned char* dst = out.data();
-        for (std::size_t i = 0, m = data.size(); i < m; ++i) dst[i] = static_cast<unsigned char>(src[i] >> 24);
+        std::size_t i = 0;
+        const std::size_t m = data.size();
+#if defined(__SSE2__)
+        for (; i + 16 <= m; i += 16) {
+            // The top byte of each int, sign-extended, so the saturating packs keep it whole.
+            const __m128i* in = reinterpret_cast<const __m128i*>(src + i);
+            const __m128i a = _mm_srai_epi32(_mm_loadu_si128(in + 0), 24);
+            const __m128i b = _mm_srai_epi32(_mm_loadu_si128(in + 1), 24);
+            const __m128i c = _mm_srai_epi32(_mm_loadu_si128(in + 2), 24);
+            const __m128i d = _mm_srai_epi32(_mm_loadu_si128(in + 3), 24);
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i),
+                             _mm_packs_epi16(_mm_packs_epi32(a, b), _mm_packs_epi32(c, d)));
+        }
+#endif
+        for (; i < m; ++i) dst[i] = static_cast<unsigned char>(src[i] >> 24);
         benchmark::DoNotOptimize(out.data());
         benchmark::ClobberMemory();
     }

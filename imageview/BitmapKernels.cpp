@@ -6,23 +6,25 @@
 
 #include "imageview/BitmapData.h"
 
-// The scaling loop is written with the compiler's vector types so it needs no
-// auto-vectoriser; on x86-64 it is built for AVX-512, AVX2 and the baseline, picked at
-// load time. The arithmetic is the same IEEE double arithmetic in every clone, so the
-// results are bit-identical to the scalar rule.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__SANITIZE_ADDRESS__)
-#define ORLEX_KERNEL_CLONES __attribute__((target_clones("avx512f", "avx2", "default")))
+// The two hot loops have a plain form and, on x86 processors that have them, vector
+// forms chosen at run time (AVX2 for the scaling, AVX-512 for the interpolation). All
+// forms give bit-identical results: the same IEEE double operations in the same order,
+// no fused multiply-add, and integer steps only where they are exact.
+#if (defined(__x86_64__) || defined(__i386__)) && (defined(__GNUC__) || defined(__clang__))
+#define ORLEX_HAVE_X86_PATHS 1
+#include <immintrin.h>
+// The compiler's vector headers start some conversions from an undefined register, which
+// its own flow analysis then reports; the values are never read.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 #else
-#define ORLEX_KERNEL_CLONES
+#define ORLEX_HAVE_X86_PATHS 0
 #endif
 
 namespace orlex::bitmap {
 
 namespace {
-
-typedef int V8i __attribute__((vector_size(32)));
-typedef double V8d __attribute__((vector_size(64)));
-typedef unsigned char V8b __attribute__((vector_size(8)));
 
 // Truncation towards zero to 64 bits, saturating where the rule's integer would not
 // hold the value; NaN counts as below zero.
@@ -33,7 +35,7 @@ long long TruncSaturated(double x)
     return static_cast<long long>(x);
 }
 
-// The rule exactly as stated, for level counts that the fast form doesn't cover.
+// The rule exactly as stated, for level counts that the fast forms don't cover.
 void ScaleValuesGeneral(const int* src, unsigned char* dst, std::size_t n, double low, double factor, int levels)
 {
     for (std::size_t i = 0; i < n; ++i) {
@@ -43,25 +45,10 @@ void ScaleValuesGeneral(const int* src, unsigned char* dst, std::size_t n, doubl
 }
 
 // For levels >= 1 clamping before the truncation gives the same result:
-// x <= 0 -> 0, x >= levels - 1 -> levels - 1, and trunc(x) in between.
-ORLEX_KERNEL_CLONES
-void ScaleValuesClamped(const int* src, unsigned char* dst, std::size_t n, double low, double factor, double top)
+// x <= 0 -> 0 (NaN too), x >= levels - 1 -> levels - 1, and trunc(x) in between.
+void ScaleValuesPlain(const int* src, unsigned char* dst, std::size_t n, double low, double factor, double top)
 {
-    const V8d zero = {};
-    const V8d vlow = zero + low;
-    const V8d vfactor = zero + factor;
-    const V8d vtop = zero + top;
-    std::size_t i = 0;
-    for (; i + 8 <= n; i += 8) {
-        V8i v;
-        std::memcpy(&v, src + i, sizeof v);
-        V8d x = (__builtin_convertvector(v, V8d) - vlow) * vfactor;
-        x = x > zero ? x : zero;
-        x = x < vtop ? x : vtop;
-        const V8b b = __builtin_convertvector(__builtin_convertvector(x, V8i), V8b);
-        std::memcpy(dst + i, &b, sizeof b);
-    }
-    for (; i < n; ++i) {
+    for (std::size_t i = 0; i < n; ++i) {
         double x = (double(src[i]) - low) * factor;
         x = x > 0.0 ? x : 0.0;
         x = x < top ? x : top;
@@ -69,14 +56,178 @@ void ScaleValuesClamped(const int* src, unsigned char* dst, std::size_t n, doubl
     }
 }
 
+void Fit24ValuesPlain(const int* src, unsigned char* dst, std::size_t n, const Fit24Plan& plan)
+{
+    const double low = plan.low;
+    const double factor = plan.factor;
+    const double last = plan.lastStep;
+    const std::uint64_t top = plan.top;
+    const double* slopeB = plan.slope[0];
+    const double* slopeG = plan.slope[1];
+    const double* slopeR = plan.slope[2];
+    const std::uint32_t* base = plan.base;
+    for (std::size_t i = 0; i < n; ++i, dst += 3) {
+        double x = (double(src[i]) - low) * factor;
+        x = x > 0.0 ? x : 0.0;
+        x = x < last ? x : last;  // 0..n-1 in double is the rule's clamp of the integer
+        const std::uint64_t t = static_cast<std::uint64_t>(static_cast<long long>(x));
+        std::uint64_t q = t / kFitSteps;
+        const double r = double(static_cast<long long>(t - q * kFitSteps));
+        q = q < top ? q : top;  // the remainder stays as it is
+        const std::uint32_t b = base[q];
+        dst[0] = static_cast<unsigned char>(static_cast<int>(slopeB[q] * r) + int(b & 0xFF));
+        dst[1] = static_cast<unsigned char>(static_cast<int>(slopeG[q] * r) + int((b >> 8) & 0xFF));
+        dst[2] = static_cast<unsigned char>(static_cast<int>(slopeR[q] * r) + int((b >> 16) & 0xFF));
+    }
+}
+
+#if ORLEX_HAVE_X86_PATHS
+
+bool g_useVector = true;
+
+bool HasAvx2()
+{
+    static const bool has = __builtin_cpu_supports("avx2");
+    return has && g_useVector;
+}
+
+__attribute__((target("avx2"))) inline __m128i ScaleFour(__m128i v, __m256d low, __m256d factor, __m256d top)
+{
+    __m256d x = _mm256_mul_pd(_mm256_sub_pd(_mm256_cvtepi32_pd(v), low), factor);
+    x = _mm256_max_pd(x, _mm256_setzero_pd());  // NaN gives the second operand, 0
+    x = _mm256_min_pd(x, top);
+    // Only the low byte of an index counts (levels may exceed 256): mask, then the
+    // saturating packs below change nothing.
+    return _mm_and_si128(_mm256_cvttpd_epi32(x), _mm_set1_epi32(0xFF));
+}
+
+__attribute__((target("avx2"))) void ScaleValuesAvx2(const int* src, unsigned char* dst, std::size_t n, double low,
+                                                      double factor, double top)
+{
+    const __m256d vlow = _mm256_set1_pd(low);
+    const __m256d vfactor = _mm256_set1_pd(factor);
+    const __m256d vtop = _mm256_set1_pd(top);
+    std::size_t i = 0;
+    for (; i + 16 <= n; i += 16) {
+        const __m128i* in = reinterpret_cast<const __m128i*>(src + i);
+        const __m128i a = ScaleFour(_mm_loadu_si128(in + 0), vlow, vfactor, vtop);
+        const __m128i b = ScaleFour(_mm_loadu_si128(in + 1), vlow, vfactor, vtop);
+        const __m128i c = ScaleFour(_mm_loadu_si128(in + 2), vlow, vfactor, vtop);
+        const __m128i d = ScaleFour(_mm_loadu_si128(in + 3), vlow, vfactor, vtop);
+        const __m128i bytes = _mm_packus_epi16(_mm_packus_epi32(a, b), _mm_packus_epi32(c, d));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i), bytes);
+    }
+    ScaleValuesPlain(src + i, dst + i, n - i, low, factor, top);
+}
+
+bool HasAvx512()
+{
+    static const bool has = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
+                            __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vbmi");
+    return has && g_useVector;
+}
+
+// Bytes 0 and 1 of each 64-bit lane of the result are table[bytes 0 and 1 of the lane's
+// index], the other bytes 0, for a 256-byte table held in four registers: two
+// permutations over 128 bytes each, chosen by each index byte's top bit (`upperHalf`).
+__attribute__((target("avx512f,avx512bw,avx512vbmi"))) inline __m512i Lookup256(const __m512i table[4],
+                                                                                 __m512i index,
+                                                                                 __mmask64 upperHalf)
+{
+    const __mmask64 twoBytes = 0x0303030303030303ull;
+    const __m512i lower = _mm512_maskz_permutex2var_epi8(twoBytes, table[0], index, table[1]);
+    const __m512i upper = _mm512_maskz_permutex2var_epi8(twoBytes, table[2], index, table[3]);
+    return _mm512_mask_blend_epi8(upperHalf, lower, upper);
+}
+
+// Eight values at a time. t = trunc(x) is an integer below 2^40; its quotient by
+// 4294967295 = 2^32 - 1 is (t + (t >> 32) + 1) >> 32 and the remainder t - q * 2^32 + q,
+// exactly as the integer division gives them. The two ends of each lane's span come
+// from the table held in registers (gathers are slow on some processors); the step
+// (b - a) / 4294967295 is (b - a) times the reciprocal, which rounds to the same double
+// for every difference -255..255 (checked by the tests).
+__attribute__((target("avx512f,avx512dq,avx512bw,avx512vbmi"))) void Fit24ValuesAvx512(const int* src,
+                                                                                        unsigned char* dst,
+                                                                                        std::size_t n,
+                                                                                        const Fit24Plan& plan)
+{
+    const __m512d low = _mm512_set1_pd(plan.low);
+    const __m512d factor = _mm512_set1_pd(plan.factor);
+    const __m512d last = _mm512_set1_pd(plan.lastStep);
+    const __m512i top = _mm512_set1_epi64(plan.top);
+    const __m512d inverse = _mm512_set1_pd(1.0 / double(kFitSteps));
+    const __m512d zero = _mm512_setzero_pd();
+    const __m512i one = _mm512_set1_epi64(1);
+    const __m512i byteMask = _mm512_set1_epi64(0xFF);
+    __m512i tables[3][4];
+    for (int c = 0; c < 3; ++c)
+        for (int k = 0; k < 4; ++k) tables[c][k] = _mm512_load_si512(plan.entries[c] + 64 * k);
+    // Byte 0 of each lane of blue, then green (second source), then red: 24 bytes of pixels.
+    alignas(64) static const unsigned char kBlueGreen[64] = {
+        0, 64, 0, 8, 72, 0, 16, 80, 0, 24, 88, 0, 32, 96, 0, 40, 104, 0, 48, 112, 0, 56, 120, 0,
+    };
+    alignas(64) static const unsigned char kAddRed[64] = {
+        0, 1, 64, 3, 4, 72, 6, 7, 80, 9, 10, 88, 12, 13, 96, 15, 16, 104, 18, 19, 112, 21, 22, 120,
+    };
+    const __m512i blueGreen = _mm512_load_si512(kBlueGreen);
+    const __m512i addRed = _mm512_load_si512(kAddRed);
+    std::size_t i = 0;
+    // Each step stores 32 bytes of which the last 8 belong to the next step, so the loop
+    // stops while three more pixels are left for the plain form.
+    for (; i + 11 <= n; i += 8, dst += 24) {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i));
+        __m512d x = _mm512_mul_pd(_mm512_sub_pd(_mm512_cvtepi32_pd(v), low), factor);
+        x = _mm512_max_pd(x, zero);  // NaN gives the second operand, 0
+        x = _mm512_min_pd(x, last);
+        const __m512i t = _mm512_cvttpd_epi64(x);
+        __m512i q = _mm512_srli_epi64(_mm512_add_epi64(_mm512_add_epi64(t, _mm512_srli_epi64(t, 32)), one), 32);
+        const __m512d r = _mm512_cvtepi64_pd(_mm512_add_epi64(_mm512_sub_epi64(t, _mm512_slli_epi64(q, 32)), q));
+        q = _mm512_min_epu64(q, top);  // the remainder stays as it is
+
+        // Both ends of the span in one index: q in byte 0, q + 1 in byte 1.
+        const __m512i ends = _mm512_or_si512(q, _mm512_slli_epi64(_mm512_add_epi64(q, one), 8));
+        const __mmask64 upperHalf = _mm512_movepi8_mask(ends);
+        __m512i channel[3];
+        for (int c = 0; c < 3; ++c) {
+            const __m512i both = Lookup256(tables[c], ends, upperHalf);
+            const __m512i a = _mm512_and_si512(both, byteMask);
+            const __m512i b = _mm512_srli_epi64(both, 8);
+            const __m512d slope = _mm512_mul_pd(_mm512_cvtepi64_pd(_mm512_sub_epi64(b, a)), inverse);
+            channel[c] = _mm512_add_epi64(_mm512_cvttpd_epi64(_mm512_mul_pd(slope, r)), a);
+        }
+        const __m512i bg = _mm512_permutex2var_epi8(channel[0], blueGreen, channel[1]);
+        const __m512i bgr = _mm512_permutex2var_epi8(bg, addRed, channel[2]);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), _mm512_castsi512_si256(bgr));
+    }
+    Fit24ValuesPlain(src + i, dst, n - i, plan);
+}
+
+#endif
+
 }  // namespace
+
+void UseVectorKernels(bool use)
+{
+#if ORLEX_HAVE_X86_PATHS
+    g_useVector = use;
+#else
+    (void)use;
+#endif
+}
 
 void ScaleValues(const int* src, unsigned char* dst, std::size_t n, double low, double factor, int levels)
 {
-    if (levels < 1)
+    if (levels < 1) {
         ScaleValuesGeneral(src, dst, n, low, factor, levels);
-    else
-        ScaleValuesClamped(src, dst, n, low, factor, double(levels - 1));
+        return;
+    }
+#if ORLEX_HAVE_X86_PATHS
+    if (HasAvx2()) {
+        ScaleValuesAvx2(src, dst, n, low, factor, double(levels - 1));
+        return;
+    }
+#endif
+    ScaleValuesPlain(src, dst, n, low, factor, double(levels - 1));
 }
 
 void PrepareFit24(const RGBQUAD* table, double low, double high, bool reserveTop, Fit24Plan& plan)
@@ -90,14 +241,19 @@ void PrepareFit24(const RGBQUAD* table, double low, double high, bool reserveTop
     plan.black = table == nullptr;
     if (plan.black) return;
     for (std::uint32_t q = 0; q <= plan.top; ++q) {
-        const BYTE a[3] = {table[q].rgbBlue, table[q].rgbGreen, table[q].rgbRed};
-        const BYTE b[3] = {table[q + 1].rgbBlue, table[q + 1].rgbGreen, table[q + 1].rgbRed};
-        for (int c = 0; c < 3; ++c) {
-            // Same expression as the per-value rule, (b - a) / steps, so that the
-            // product with the remainder rounds identically.
-            plan.spans[q].slope[c] = (double(b[c]) - double(a[c])) / 4294967295.0;
-            plan.spans[q].base[c] = a[c];
-        }
+        const RGBQUAD& a = table[q];
+        const RGBQUAD& b = table[q + 1];
+        // Same expression as the per-value rule, (b - a) / steps, so that the product
+        // with the remainder rounds identically.
+        plan.slope[0][q] = (double(b.rgbBlue) - double(a.rgbBlue)) / 4294967295.0;
+        plan.slope[1][q] = (double(b.rgbGreen) - double(a.rgbGreen)) / 4294967295.0;
+        plan.slope[2][q] = (double(b.rgbRed) - double(a.rgbRed)) / 4294967295.0;
+        plan.base[q] = std::uint32_t(a.rgbBlue) | (std::uint32_t(a.rgbGreen) << 8) | (std::uint32_t(a.rgbRed) << 16);
+    }
+    for (int e = 0; e < 256; ++e) {
+        plan.entries[0][e] = table[e].rgbBlue;
+        plan.entries[1][e] = table[e].rgbGreen;
+        plan.entries[2][e] = table[e].rgbRed;
     }
 }
 
@@ -107,24 +263,13 @@ void Fit24Values(const int* src, unsigned char* dst, std::size_t n, const Fit24P
         std::memset(dst, 0, n * 3);
         return;
     }
-    const double low = plan.low;
-    const double factor = plan.factor;
-    const double last = plan.lastStep;
-    const std::uint64_t top = plan.top;
-    const Fit24Plan::Span* spans = plan.spans;
-    for (std::size_t i = 0; i < n; ++i, dst += 3) {
-        double x = (double(src[i]) - low) * factor;
-        x = x > 0.0 ? x : 0.0;
-        x = x < last ? x : last;
-        const std::uint64_t t = static_cast<std::uint64_t>(static_cast<long long>(x));
-        std::uint64_t q = t / kFitSteps;
-        const double r = double(static_cast<long long>(t - q * kFitSteps));
-        q = q < top ? q : top;  // the remainder stays as it is
-        const Fit24Plan::Span& s = spans[q];
-        dst[0] = static_cast<unsigned char>(static_cast<int>(s.slope[0] * r) + s.base[0]);
-        dst[1] = static_cast<unsigned char>(static_cast<int>(s.slope[1] * r) + s.base[1]);
-        dst[2] = static_cast<unsigned char>(static_cast<int>(s.slope[2] * r) + s.base[2]);
+#if ORLEX_HAVE_X86_PATHS
+    if (HasAvx512()) {
+        Fit24ValuesAvx512(src, dst, n, plan);
+        return;
     }
+#endif
+    Fit24ValuesPlain(src, dst, n, plan);
 }
 
 void MarkInvalid8(unsigned char* pixels, std::size_t count, const std::vector<int>& positions)

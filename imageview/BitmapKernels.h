@@ -27,13 +27,14 @@ struct Fit24Plan {
     double lastStep = 0.0;   // n - 1 as a double (exact: n < 2^53)
     std::uint32_t top = 0;   // highest lower entry of a span: 253 or 254
     bool black = true;       // null table
-    // Per span q (entries q and q+1) and per channel blue, green, red: the step per
-    // unit of remainder and the lower entry.
-    struct Span {
-        double slope[3];
-        BYTE base[3];
-    };
-    Span spans[255] = {};
+    // Per span q (entries q and q+1): the step per unit of remainder for blue, green and
+    // red, and the lower entry packed as blue | green << 8 | red << 16. Separate rows per
+    // channel so that a vector loop can gather them by span.
+    double slope[3][256] = {};
+    std::uint32_t base[256] = {};
+    // The table's blue, green and red bytes by entry, 0..255, which a vector loop keeps
+    // in registers and looks up by permutation.
+    alignas(64) BYTE entries[3][256] = {};
 };
 
 // Fills `plan` for `table` (null: black), limits and the reserved-top choice.
@@ -41,6 +42,10 @@ void PrepareFit24(const RGBQUAD* table, double low, double high, bool reserveTop
 
 // Writes blue, green, red of n values into dst (3n bytes), as LinearFit24Bit would.
 void Fit24Values(const int* src, unsigned char* dst, std::size_t n, const Fit24Plan& plan);
+
+// Whether the vector forms of the loops may be used where the processor has them
+// (default true). Tests switch them off to check the plain forms on the same machine.
+void UseVectorKernels(bool use);
 
 // Sets the listed positions below `count` to index 255 (8-bit pixels).
 void MarkInvalid8(unsigned char* pixels, std::size_t count, const std::vector<int>& positions);

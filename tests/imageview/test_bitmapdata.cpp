@@ -11,6 +11,7 @@
 
 #include "foundation/platform/globalmem.h"
 #include "imageview/BitmapData.h"
+#include "imageview/BitmapKernels.h"
 
 namespace {
 
@@ -159,7 +160,23 @@ TEST_F(BitmapData, ScaleLimitsAndOddLevels)
     EXPECT_EQ(out, 0xAA);
 }
 
-TEST_F(BitmapData, ScaleMatchesTheRuleOnRandomData)
+// The random comparisons run with the vector loops and with the plain ones.
+class BitmapKernelForms : public BitmapData, public ::testing::WithParamInterface<bool> {
+protected:
+    void SetUp() override
+    {
+        BitmapData::SetUp();
+        orlex::bitmap::UseVectorKernels(GetParam());
+    }
+    void TearDown() override
+    {
+        orlex::bitmap::UseVectorKernels(true);
+        BitmapData::TearDown();
+    }
+};
+INSTANTIATE_TEST_SUITE_P(VectorAndPlain, BitmapKernelForms, ::testing::Bool());
+
+TEST_P(BitmapKernelForms, ScaleMatchesTheRuleOnRandomData)
 {
     std::mt19937 rng(11);
     std::uniform_int_distribution<int> any(INT_MIN, INT_MAX);
@@ -234,6 +251,14 @@ TEST_F(BitmapData, LinearFitMatchesTheRuleOnRandomValues)
         const RGBQUAD b = RuleFit(table.data(), v, low, high, reserve);
         ASSERT_EQ(std::memcmp(&a, &b, 4), 0) << "v " << v << " low " << low << " high " << high;
     }
+}
+
+TEST(BitmapKernels, StepByReciprocalRoundsAsTheDivision)
+{
+    // The vector interpolation multiplies a table step by the reciprocal of 4294967295
+    // instead of dividing; that holds only because every step rounds the same.
+    const double inverse = 1.0 / 4294967295.0;
+    for (int d = -255; d <= 255; ++d) ASSERT_EQ(double(d) / 4294967295.0, double(d) * inverse) << d;
 }
 
 TEST_F(BitmapData, EightBitBlockBytes)
@@ -407,7 +432,7 @@ TEST_F(BitmapData, EmptyImagesAreHeadersOnly)
     EXPECT_EQ(Slice(b, 0, 40), Header(3, 0, 24, 0));
 }
 
-TEST_F(BitmapData, WholeImagesMatchThePlainRuleWithInvalidLists)
+TEST_P(BitmapKernelForms, WholeImagesMatchThePlainRuleWithInvalidLists)
 {
     std::mt19937 rng(3);
     std::uniform_int_distribution<int> any(INT_MIN, INT_MAX);
@@ -416,11 +441,15 @@ TEST_F(BitmapData, WholeImagesMatchThePlainRuleWithInvalidLists)
         const int rows = 3 + trial % 5, cols = 5 + trial;
         const int n = rows * cols;
         std::vector<int> data(n);
-        for (int& v : data) v = any(rng) >> (trial % 8);
+        // Every fourth image: small integers on limits of about one entry a unit, so that
+        // values fall exactly on the boundaries between table entries.
+        const bool entryGrid = trial % 4 == 3;
+        for (int& v : data) v = entryGrid ? int(rng() % 320) - 10 : any(rng) >> (trial % 8);
         std::vector<int> invalid;
         for (int k = 0; k < trial * 3; ++k) invalid.push_back(int(rng() % (n + 10)) - 5);
         const int disp = trial % 7;
-        const double low = -double(1u << 30) * (1 + trial % 3), high = low + std::ldexp(1.0, 28 + trial % 5);
+        const double low = entryGrid ? 0.0 : -double(1u << 30) * (1 + trial % 3);
+        const double high = entryGrid ? 254.0 + trial % 2 : low + std::ldexp(1.0, 28 + trial % 5);
         SCOPED_TRACE("trial " + std::to_string(trial));
 
         void* dib = nullptr;
