@@ -136,7 +136,9 @@ inline std::uint32_t OrderKey(float y)
 {
     std::uint32_t b;
     std::memcpy(&b, &y, sizeof b);
-    return (b & 0x80000000u) ? ~b : (b | 0x80000000u);
+    // Without a branch: noisy data change sign at random.
+    const std::uint32_t negative = static_cast<std::uint32_t>(static_cast<std::int32_t>(b) >> 31);
+    return b ^ (negative | 0x80000000u);
 }
 
 inline float KeyValue(std::uint32_t k)
@@ -152,7 +154,7 @@ inline float KeyValue(std::uint32_t k)
 // narrowed first: one counting pass over buckets spread across the actual range of the
 // keys finds the buckets of the two ranks, and only the keys in those buckets (a handful
 // for spread data) are selected among. Exact whatever the distribution; clustered data
-// only leave more candidates.
+// only leave more candidates. Reorders the keys.
 class MiddleSelector {
 public:
     void Select(std::uint32_t *keys, std::size_t n, std::uint32_t minKey, std::uint32_t maxKey,
@@ -190,14 +192,17 @@ public:
             upTo += count[b++];
         const std::size_t bHi = b;
 
-        m_candidates.clear();
-        const std::uint32_t first = std::uint32_t(bLo), last = std::uint32_t(bHi);
+        // The candidates are packed to the front in place (never ahead of the key being
+        // read), every key written and the end advanced only for a candidate: no branch
+        // on the data.
+        const std::uint32_t first = std::uint32_t(bLo), span = std::uint32_t(bHi - bLo);
+        std::size_t taken = 0;
         for (std::size_t i = 0; i < n; ++i) {
-            const std::uint32_t bk = (keys[i] - minKey) >> shift;
-            if (bk - first <= last - first) // first <= bk <= last in one unsigned test
-                m_candidates.push_back(keys[i]);
+            const std::uint32_t key = keys[i];
+            keys[taken] = key;
+            taken += (((key - minKey) >> shift) - first <= span); // first <= bucket <= first + span
         }
-        SelectDirect(m_candidates.data(), m_candidates.size(), lo - below, hi - below, loKey, hiKey);
+        SelectDirect(keys, taken, lo - below, hi - below, loKey, hiKey);
     }
 
 private:
@@ -215,7 +220,6 @@ private:
     }
 
     std::vector<std::uint32_t> m_count;
-    std::vector<std::uint32_t> m_candidates;
 };
 
 // Median of each bin, the last bin included (it ends at its edge or at the end of the
