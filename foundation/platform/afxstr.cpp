@@ -317,7 +317,7 @@ CString CString::Tokenize(const char* tokens, int& start) const
     return Mid(static_cast<int>(from), static_cast<int>(to - from));
 }
 
-void CString::Format(const char* format, ...)
+void CString::FormatC(const char* format, ...)
 {
     va_list args;
     va_start(args, format);
@@ -327,11 +327,13 @@ void CString::Format(const char* format, ...)
 
 void CString::FormatV(const char* format, va_list args)
 {
-    m_s.clear();
-    AppendFormatV(format, args);
+    // Formatted aside first: an argument may be this string's own text.
+    CString out;
+    out.AppendFormatV(format, args);
+    m_s.swap(out.m_s);
 }
 
-void CString::AppendFormat(const char* format, ...)
+void CString::AppendFormatC(const char* format, ...)
 {
     va_list args;
     va_start(args, format);
@@ -347,18 +349,13 @@ void CString::AppendFormatV(const char* format, va_list args)
     va_list again;
     va_copy(again, args);
     const int n = std::vsnprintf(small, sizeof small, format, args);
-    if (n < 0) {
-        va_end(again);
-        return;
-    }
-    if (static_cast<size_t>(n) < sizeof small) {
+    if (n >= 0 && static_cast<size_t>(n) < sizeof small) {
         m_s.append(small, static_cast<size_t>(n));
-    } else {
-        const size_t old = m_s.size();
-        m_s.resize(old + static_cast<size_t>(n));
-        // The second pass writes exactly n bytes plus a NUL into the room std::string
-        // keeps for its terminator.
-        std::vsnprintf(&m_s[old], static_cast<size_t>(n) + 1, format, again);
+    } else if (n > 0) {
+        // Into a buffer of its own, as an argument may point into m_s.
+        std::string big(static_cast<size_t>(n), '\0');
+        std::vsnprintf(big.data(), static_cast<size_t>(n) + 1, format, again);
+        m_s += big;
     }
     va_end(again);
 }

@@ -5,6 +5,7 @@
 
 #include <cstdarg>
 #include <string>
+#include <type_traits>
 
 #include "foundation/platform/wintypes.h"
 
@@ -97,11 +98,22 @@ public:
     // `start` moves past it, and becomes -1 when no token is left.
     CString Tokenize(const char* tokens, int& start) const;
 
-    // printf formatting (the C library's rules). Pass strings as const char*.
-    void Format(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    // printf formatting (the C library's rules). A CString argument is passed as its
+    // text, so Format("%s", str) works as the platform's code expects; other class
+    // types are refused at compile time.
+    template <class... Args> void Format(const char* format, const Args&... args)
+    {
+        FormatC(format, formatArg(args)...);
+    }
+    template <class... Args> void AppendFormat(const char* format, const Args&... args)
+    {
+        AppendFormatC(format, formatArg(args)...);
+    }
     void FormatV(const char* format, va_list args);
-    void AppendFormat(const char* format, ...) __attribute__((format(printf, 2, 3)));
     void AppendFormatV(const char* format, va_list args);
+    // The C-variadic forms behind Format and AppendFormat.
+    void FormatC(const char* format, ...);
+    void AppendFormatC(const char* format, ...);
 
     // Loads a string resource of the library by id; false (and empty) when there is none.
     // Defined with the resources of the library.
@@ -116,6 +128,17 @@ public:
     void FreeExtra() { m_s.shrink_to_fit(); }
 
 private:
+    static const char* formatArg(const CString& s) { return s.GetString(); }
+    static const char* formatArg(const std::string& s) { return s.c_str(); }
+    template <class T> static auto formatArg(const T& v)
+    {
+        static_assert(!std::is_class_v<T>, "pass a class through Format by its text or numbers");
+        if constexpr (std::is_array_v<T>)
+            return static_cast<const std::remove_extent_t<T>*>(v);
+        else
+            return v;
+    }
+
     std::string m_s;
 };
 

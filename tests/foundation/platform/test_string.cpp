@@ -29,6 +29,8 @@ TEST_P(StringEdit, LeavesTextAndResult)
     EXPECT_EQ(r, c.expectResult);
 }
 
+const std::string k600q(600, 'q');
+
 // File names of exports refuse nine characters, and the plot replaces ':' '>' '<' by '-'.
 INSTANTIATE_TEST_SUITE_P(
     Edits, StringEdit,
@@ -59,6 +61,10 @@ INSTANTIATE_TEST_SUITE_P(
         EditCase{"AppendFormat", "n=", [](CString& s) { s.AppendFormat("%d", 42); return 0; }, "n=42", 0},
         EditCase{"FormatReplacesWhole", "old", [](CString& s) { s.Format("Channel %d of %d", 2, 4); return 0; }, "Channel 2 of 4", 0},
         EditCase{"FormatPrecision", "", [](CString& s) { s.Format("%0.2f|%.3f|%.*f %s", 1.005, 2.0, 1, 3.14159, "m"); return 0; }, "1.00|2.000|3.1 m", 0},
+        EditCase{"FormatTakesStringsAsText", "abc", [](CString& s) { const CString t(s); s.Format("[%s|%s|%s]", t, std::string("std"), "lit"); return 0; }, "[abc|std|lit]", 0},
+        EditCase{"FormatOwnText", "abc", [](CString& s) { s.Format("%s!", s); return 0; }, "abc!", 0},
+        EditCase{"AppendFormatOwnLongText", "", [](CString& s) { s = CString('q', 300); s.AppendFormat("%s", s); return s.GetLength(); }, k600q.c_str(), 600},
+        EditCase{"AppendFormatOwnText", "x", [](CString& s) { s.AppendFormat("%s%c", CString(s), 'y'); return 0; }, "xxy", 0},
         EditCase{"Concatenation", "title", [](CString& s) { s = " " + s + " "; s += 'x'; s += "yz"; return 0; }, " title xyz", 0}),
     [](const auto& info) { return std::string(info.param.name); });
 
