@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "colour/ColorTable.h"
+#include "foundation/OrlexUI.h"
 #include "foundation/platform/modal.h"
 #include "foundation/platform/resources.h"
 
@@ -205,7 +206,9 @@ protected:
 TEST_F(ProcessTables, BuiltOnFirstUseWithTheBuiltInTables)
 {
     EXPECT_EQ(GetNumberOfColorTables(), 0);  // counting does not build
-    InitializeColorTables();
+    OrlexUI::Initialize(false);              // its third step builds the list
+    EXPECT_EQ(GetNumberOfColorTables(), 26);
+    InitializeColorTables();                 // once only
     EXPECT_EQ(GetNumberOfColorTables(), 26);
     EXPECT_EQ(MessageBoxes(), 0);
     EXPECT_FALSE(IsCustomColorTable(25));
