@@ -219,6 +219,17 @@ bool WindowDrawTarget(HWND hwnd, bool client, DrawTarget& out) {
 }
 
 QRegion TakeUpdateRegion(HWND hwnd, bool* erase) {
+    // The frame is drawn first, as painting begins (the platform's BeginPaint does so).
+    bool frame = false;
+    {
+        std::lock_guard<std::mutex> g(Lock());
+        WindowRec* w = Find(hwnd);
+        if (w && w->ncDirty) {
+            w->ncDirty = false;
+            frame = !NonClient(*w).isNull();
+        }
+    }
+    if (frame) SendMessageA(hwnd, WM_NCPAINT, 1, 0);
     std::lock_guard<std::mutex> g(Lock());
     WindowRec* w = Find(hwnd);
     if (erase) *erase = false;
@@ -229,6 +240,20 @@ QRegion TakeUpdateRegion(HWND hwnd, bool* erase) {
     w->erase = false;
     w->internalPaint = false;
     return r;
+}
+
+QImage ComposeScreen(const QRect& screenRect) {
+    QImage out(screenRect.size(), QImage::Format_RGB32);
+    out.fill(Qt::black);
+    std::lock_guard<std::mutex> g(Lock());
+    std::vector<HWND> tops = TopLevelWindows();
+    QPainter p(&out);
+    for (auto it = tops.rbegin(); it != tops.rend(); ++it) {  // bottom first
+        WindowRec* w = Find(*it);
+        if (!w || !(w->style & WS_VISIBLE) || !w->surface) continue;
+        p.drawImage(w->rect.topLeft() - screenRect.topLeft(), *w->surface);
+    }
+    return out;
 }
 
 void SurfaceTouched(const QImage* image, const QRect& rect) {

@@ -126,6 +126,13 @@ void DeliverMouse(QPoint screen, UINT clientMsg, UINT ncMsg, UINT dblMsg, UINT n
     }
     if (leaveTo) PostInput(leaveTo, WM_MOUSELEAVE, 0, 0, screen);
     if (!target) return;
+    if (isPress && !captured) {
+        // A press in an inactive top-level window activates it first.
+        HWND top = GetAncestor(target, GA_ROOT);
+        if (top && top != GetActiveWindow() && !(GetWindowLongPtrA(top, GWL_EXSTYLE) & WS_EX_TOOLWINDOW))
+            SetActiveWindow(top);
+        if (!IsWindow(target)) return;
+    }
     LRESULT hit = HTCLIENT;
     if (!captured) {
         if (!IsWindowEnabled(target) || !EnabledChain(target)) {
@@ -351,7 +358,12 @@ void InjectKey(int vk, bool down) {
         if (!down) bits |= (1u << 30) | (1u << 31);
         lp = static_cast<LPARAM>(static_cast<LONG>(bits));
     }
-    if (!target) return;
+    if (!target) {
+        // Nobody hears the key, yet the key state follows it.
+        std::lock_guard<std::mutex> g(Lock());
+        UpdateSyncKeyState(MSG{nullptr, down ? WM_KEYDOWN : WM_KEYUP, static_cast<WPARAM>(vk), lp, 0, {}});
+        return;
+    }
     // With Alt held (and no Ctrl), keys are system keys, as on the platform.
     const bool sys = alt && !(GetAsyncKeyState(VK_CONTROL) & 0x8000);
     UINT msg = down ? (sys ? WM_SYSKEYDOWN : WM_KEYDOWN) : (sys ? WM_SYSKEYUP : WM_KEYUP);

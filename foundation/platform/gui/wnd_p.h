@@ -195,6 +195,9 @@ void PaintNow(HWND hwnd, bool children);
 HWND NextWindowToPaint(DWORD thread);
 // Makes or resizes the top-level surface to the window size, keeping the old pixels.
 void EnsureSurface(WindowRec* w);
+// The virtual screen's pixels in a screen rectangle: every visible top-level window's
+// surface in stacking order over black (screen capture, GetDC of the screen).
+QImage ComposeScreen(const QRect& screenRect);
 // Shows or hides, moves the presenter of a top-level window.
 void SyncPresenter(HWND hwnd);
 void DestroyPresenter(WindowRec* w);

@@ -563,6 +563,14 @@ LRESULT DefWindowProcA(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
         }
         return 0;
     }
+    case WM_ACTIVATE: {
+        // An activated window takes the focus unless it already holds it in a child.
+        if (LOWORD(wp) != WA_INACTIVE) {
+            HWND f = GetFocus();
+            if (f != hwnd && !IsChild(hwnd, f)) SetFocus(hwnd);
+        }
+        return 0;
+    }
     case WM_CANCELMODE:
         if (GetCapture() == hwnd) ReleaseCapture();
         return 0;

@@ -366,8 +366,9 @@ HWND CreateWindowExA(DWORD exStyle, LPCSTR className, LPCSTR windowName, DWORD s
              reinterpret_cast<LPARAM>(hwnd));
     if ((style & WS_VISIBLE) && IsWindow(hwnd)) {
         Send(hwnd, WM_SHOWWINDOW, TRUE, 0);
-        InvalidateRect(hwnd, nullptr, TRUE);
+        RedrawWindow(hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
         SyncPresenter(hwnd);
+        if (!(style & WS_CHILD) && !(exStyle & WS_EX_TOOLWINDOW)) SetActiveWindow(hwnd);
     }
     return IsWindow(hwnd) ? hwnd : nullptr;
 }
@@ -412,7 +413,7 @@ void FreeTree(HWND h) {
 
 BOOL DestroyWindow(HWND hwnd) {
     std::vector<HWND> subtree, owned;
-    HWND parent = nullptr;
+    HWND parent = nullptr, activateAfter = nullptr;
     QRect oldRect;
     bool wasVisibleChild = false;
     {
@@ -425,6 +426,7 @@ BOOL DestroyWindow(HWND hwnd) {
             if (o->owner == hwnd && !o->destroying) owned.push_back(o->hwnd);
         wasVisibleChild = w->IsChild() && (w->style & WS_VISIBLE);
         parent = w->parent;
+        if (!w->IsChild() && Input().active == hwnd) activateAfter = w->owner;
         oldRect = w->rect;
     }
     for (HWND o : owned) DestroyWindow(o);
@@ -449,6 +451,8 @@ BOOL DestroyWindow(HWND hwnd) {
         std::lock_guard<std::mutex> g(Lock());
         for (HWND s : subtree) ForgetInputOf(s);
     }
+    // The owner of an active window that goes becomes active again (a dialog's owner).
+    if (activateAfter && IsWindow(activateAfter)) SetActiveWindow(activateAfter);
     return TRUE;
 }
 
@@ -729,6 +733,10 @@ BOOL ShowWindow(HWND hwnd, int cmd) {
     SendMessageA(hwnd, WM_SHOWWINDOW, show, 0);
     SetWindowPos(hwnd, nullptr, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | (show ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+    const bool activate = show && cmd != SW_SHOWNA && cmd != SW_SHOWNOACTIVATE && cmd != SW_SHOWMINNOACTIVE &&
+                          !(GetWindowLongPtrA(hwnd, GWL_STYLE) & WS_CHILD) &&
+                          !(GetWindowLongPtrA(hwnd, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
+    if (activate) SetActiveWindow(hwnd);
     if (!show) {
         // A hidden window gives up the focus and the capture of itself and its children.
         HWND f = GetFocus();
