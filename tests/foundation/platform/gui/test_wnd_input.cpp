@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QBuffer>
+#include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWidget>
@@ -10,6 +12,8 @@
 #include <vector>
 
 #include "foundation/platform/afxwin.h"
+#include "foundation/platform/process.h"
+#include "foundation/platform/resources.h"
 #include "support/orlex_test.h"
 
 namespace {
@@ -268,6 +272,101 @@ TEST_F(Input, ToolkitEventsOnThePresenterTakeTheSameRoad) {
     keys.erase(keys.begin());
     EXPECT_EQ(keys[0].wp, static_cast<WPARAM>(VK_LEFT));
     EXPECT_EQ(keys[0].lp & (1 << 24), 1 << 24);  // an extended key
+}
+
+}  // namespace
+
+namespace {
+
+// A pointer resource: hot spot (x, y as 16-bit little-endian words), then a PNG image.
+std::vector<BYTE> PointerResource(int w, int h, int hotX, int hotY) {
+    QImage img(w, h, QImage::Format_ARGB32);
+    img.fill(Qt::black);
+    QByteArray png;
+    QBuffer buf(&png);
+    buf.open(QIODevice::WriteOnly);
+    img.save(&buf, "PNG");
+    std::vector<BYTE> out = {static_cast<BYTE>(hotX), static_cast<BYTE>(hotX >> 8), static_cast<BYTE>(hotY),
+                             static_cast<BYTE>(hotY >> 8)};
+    out.insert(out.end(), png.begin(), png.end());
+    return out;
+}
+
+struct PointerCase {
+    WORD id;
+    size_t keep;  // bytes of the resource kept (0: all)
+    bool loads;
+};
+
+TEST(Pointers, LibraryPointersFromResources) {
+    orlex::test::Init();
+    HMODULE mod = ::GetModuleHandleA(nullptr);
+    std::vector<BYTE> good = PointerResource(32, 32, 9, 1);
+    const PointerCase cases[] = {
+        {41050, 0, true},    // whole: loads
+        {41051, 3, false},   // shorter than the hot spot
+        {41052, 40, false},  // a PNG cut short
+        {41053, 4, false},   // no image at all
+    };
+    for (const auto& c : cases) {
+        size_t n = c.keep ? c.keep : good.size();
+        ASSERT_TRUE(orlex::RegisterResource(mod, RT_CURSOR, MAKEINTRESOURCEA(c.id), good.data(), static_cast<DWORD>(n)));
+        HCURSOR h = ::LoadCursorA(mod, MAKEINTRESOURCEA(c.id));
+        EXPECT_EQ(h != nullptr, c.loads) << c.id;
+        if (h) EXPECT_EQ(::LoadCursorA(mod, MAKEINTRESOURCEA(c.id)), h);  // loaded once, kept
+    }
+    EXPECT_EQ(::LoadCursorA(mod, MAKEINTRESOURCEA(41999)), nullptr);  // no such resource
+}
+
+class Routing : public Input {};
+
+TEST_F(Routing, DisabledWindowsTakeNoPointerInput) {
+    a.EnableWindow(FALSE);
+    g_msgs.clear();
+    orlex::test::Click(a.m_hWnd, POINT{5, 5});
+    for (const Msg& m : g_msgs) EXPECT_NE(m.hwnd, a.m_hWnd) << m.msg;
+    a.EnableWindow(TRUE);
+    orlex::test::Click(a.m_hWnd, POINT{5, 5});
+    EXPECT_EQ(Only(WM_LBUTTONDOWN).size(), 1u);
+}
+
+// A window that lets the pointer through to its parent.
+class SeeThrough : public Probe {
+public:
+    LRESULT OnNcHitTest(CPoint) override { return HTTRANSPARENT; }
+    DECLARE_MESSAGE_MAP()
+};
+BEGIN_MESSAGE_MAP(SeeThrough, Probe)
+    ON_WM_NCHITTEST()
+END_MESSAGE_MAP()
+
+TEST_F(Routing, TransparentHitGoesToTheParent) {
+    SeeThrough tip;
+    ASSERT_TRUE(tip.Create(nullptr, nullptr, WS_VISIBLE, CRect(5, 5, 50, 50), &a, 7));
+    g_msgs.clear();
+    orlex::test::Click(tip.m_hWnd, POINT{1, 1});
+    auto downs = Only(WM_LBUTTONDOWN);
+    ASSERT_EQ(downs.size(), 1u);
+    EXPECT_EQ(downs[0], (Msg{a.m_hWnd, WM_LBUTTONDOWN, MK_LBUTTON, Pt(6, 6)}));
+}
+
+TEST_F(Routing, PressActivatesAnInactiveTopLevelWindow) {
+    Probe other;
+    ASSERT_TRUE(other.CreateEx(0, nullptr, "other", WS_OVERLAPPED | WS_VISIBLE, CRect(600, 100, 700, 200), nullptr, 0));
+    EXPECT_EQ(::GetActiveWindow(), other.m_hWnd);
+    g_msgs.clear();
+    orlex::test::Click(a.m_hWnd, POINT{5, 5});
+    EXPECT_EQ(::GetActiveWindow(), top.m_hWnd);
+    // The focus moved with the activation, before the press arrived.
+    auto focus = Only(WM_SETFOCUS);
+    ASSERT_EQ(focus.size(), 1u);
+    EXPECT_EQ(focus[0].hwnd, top.m_hWnd);
+    // A popup that goes hands the activation back to its owner.
+    Probe popup;
+    ASSERT_TRUE(popup.CreateEx(0, nullptr, "popup", WS_POPUP | WS_VISIBLE, CRect(0, 0, 50, 50), &other, 0));
+    EXPECT_EQ(::GetActiveWindow(), popup.m_hWnd);
+    popup.DestroyWindow();
+    EXPECT_EQ(::GetActiveWindow(), other.m_hWnd);
 }
 
 }  // namespace
