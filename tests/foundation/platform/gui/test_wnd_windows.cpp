@@ -236,3 +236,110 @@ TEST_F(Windows, WindowTextRoundTrip) {
 }
 
 }  // namespace
+
+namespace {
+
+class Paint : public Windows {};
+
+TEST_F(Paint, ValidatedAreaIsNotPaintedAgain) {
+    Logged w("w");
+    ASSERT_TRUE(w.Create(nullptr, nullptr, WS_VISIBLE, CRect(0, 0, 40, 30), &top, 1));
+    orlex::test::Pump();
+    g_log.clear();
+    CRect half(0, 0, 20, 30);
+    CRect all(0, 0, 40, 30);
+    w.InvalidateRect(&all, FALSE);
+    w.ValidateRect(&half);
+    CRect u;
+    EXPECT_TRUE(w.GetUpdateRect(&u));
+    EXPECT_EQ(u, CRect(20, 0, 40, 30));
+    w.ValidateRect(nullptr);
+    EXPECT_FALSE(w.GetUpdateRect(&u));
+    orlex::test::Pump();
+    EXPECT_TRUE(g_log.empty());
+    // Posted paints wait for the queue; UpdateWindow paints now.
+    w.Invalidate(FALSE);
+    EXPECT_TRUE(g_log.empty());
+    orlex::test::Pump();
+    EXPECT_EQ(g_log, std::vector<std::string>{"w:paint"});
+}
+
+TEST_F(Paint, ScrollWindowMovesPixelsAndRepaintsTheUncoveredStrip) {
+    Logged w("w");
+    w.fill = RGB(200, 200, 200);
+    ASSERT_TRUE(w.Create(nullptr, nullptr, WS_VISIBLE, CRect(0, 0, 40, 30), &top, 1));
+    orlex::test::Pump();
+    {
+        CClientDC dc(&w);
+        dc.FillSolidRect(0, 0, 40, 10, RGB(255, 0, 0));  // a red band at the top
+    }
+    g_log.clear();
+    w.ScrollWindow(0, 5);
+    using orlex::test::Pixel;
+    EXPECT_EQ(Pixel(w.m_hWnd, POINT{3, 12}), RGB(255, 0, 0));  // the band moved down
+    EXPECT_EQ(Pixel(w.m_hWnd, POINT{3, 16}), RGB(200, 200, 200));
+    CRect u;
+    EXPECT_TRUE(w.GetUpdateRect(&u));
+    EXPECT_EQ(u, CRect(0, 0, 40, 5));
+    w.UpdateWindow();
+    EXPECT_EQ(g_log, std::vector<std::string>{"w:paint"});
+    EXPECT_EQ(Pixel(w.m_hWnd, POINT{3, 2}), RGB(200, 200, 200));
+}
+
+struct SiblingCase {
+    DWORD lowerStyle;
+    COLORREF atOverlap;  // what the lower sibling's own drawing leaves where the upper one lies
+};
+
+TEST_F(Paint, SiblingsClipOnlyWithClipSiblings) {
+    const SiblingCase cases[] = {{0, RGB(1, 2, 3)}, {WS_CLIPSIBLINGS, RGB(9, 9, 9)}};
+    for (const auto& c : cases) {
+        Logged upper("upper"), lower("lower");
+        upper.fill = RGB(9, 9, 9);
+        lower.fill = RGB(1, 2, 3);
+        ASSERT_TRUE(upper.Create(nullptr, nullptr, WS_VISIBLE, CRect(0, 0, 20, 20), &top, 1));
+        ASSERT_TRUE(lower.Create(nullptr, nullptr, WS_VISIBLE | c.lowerStyle, CRect(10, 10, 30, 30), &top, 2));
+        orlex::test::Pump();
+        lower.Invalidate(FALSE);
+        lower.UpdateWindow();  // the lower one paints last
+        EXPECT_EQ(orlex::test::Pixel(top.m_hWnd, POINT{15, 15}), c.atOverlap) << c.lowerStyle;
+        EXPECT_EQ(orlex::test::Pixel(top.m_hWnd, POINT{25, 25}), RGB(1, 2, 3));
+    }
+}
+
+TEST_F(Paint, FrameIsDrawnAroundTheClient) {
+    Logged w("w");
+    w.fill = RGB(255, 255, 0);
+    ASSERT_TRUE(w.Create(nullptr, nullptr, WS_VISIBLE | WS_BORDER, CRect(10, 10, 50, 40), &top, 1));
+    orlex::test::Pump();
+    // The border is the window frame colour, one pixel, just outside the client.
+    COLORREF frame = ::GetSysColor(COLOR_WINDOWFRAME);
+    EXPECT_EQ(orlex::test::Pixel(w.m_hWnd, POINT{-1, -1}), frame);
+    EXPECT_EQ(orlex::test::Pixel(w.m_hWnd, POINT{37, 27}), RGB(255, 255, 0));  // client is 38x28
+    EXPECT_EQ(orlex::test::Pixel(w.m_hWnd, POINT{37, 28}), frame);
+    EXPECT_EQ(orlex::test::Pixel(w.m_hWnd, POINT{38, 27}), frame);
+}
+
+TEST_F(Windows, HierarchyWalksAndReparenting) {
+    CWnd a, b, c;
+    ASSERT_TRUE(a.Create(nullptr, nullptr, WS_VISIBLE, CRect(0, 0, 10, 10), &top, 1));
+    ASSERT_TRUE(b.Create(nullptr, nullptr, WS_VISIBLE, CRect(20, 0, 30, 10), &top, 2));
+    ASSERT_TRUE(c.Create(nullptr, nullptr, WS_VISIBLE, CRect(1, 2, 5, 5), &a, 3));
+    EXPECT_EQ(a.GetWindow(GW_HWNDLAST), &b);
+    EXPECT_EQ(b.GetWindow(GW_HWNDPREV), &a);
+    EXPECT_EQ(b.GetWindow(GW_HWNDFIRST), &a);
+    EXPECT_EQ(c.GetTopLevelParent(), &top);
+    EXPECT_TRUE(top.IsChild(&c));
+    POINT p{0, 0};
+    int packed = ::MapWindowPoints(c.m_hWnd, b.m_hWnd, &p, 1);
+    EXPECT_EQ(CPoint(p), CPoint(1 - 20, 2));
+    EXPECT_EQ(packed, MAKELONG(static_cast<WORD>(-19), 2));
+    EXPECT_EQ(c.SetParent(&b), &a);
+    EXPECT_EQ(b.GetWindow(GW_CHILD), &c);
+    EXPECT_EQ(a.GetWindow(GW_CHILD), nullptr);
+    EXPECT_EQ(b.SetParent(&c), nullptr);  // never under its own descendant
+    EXPECT_EQ(c.SetParent(&c), nullptr);  // nor under itself
+    EXPECT_EQ(c.GetParent(), &b);
+}
+
+}  // namespace
