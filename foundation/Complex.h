@@ -22,7 +22,7 @@ public:
         return Complex(real * b.real - imag * b.imag, real * b.imag + imag * b.real);
     }
     // Quotient; a zero divisor gives a very large value (1 / 0 has real part 1e+50)
-    // rather than a fault, so a spectrum never stops on a silent bin.
+    // rather than a fault.
     Complex operator/(Complex const &b) const;
 
     // The compound forms change this value and return it.
