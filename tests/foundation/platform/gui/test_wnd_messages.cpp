@@ -1,7 +1,10 @@
 // Message system: sends, posts, threads, and dispatch through message maps.
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "foundation/platform/afxwin.h"
@@ -286,6 +289,131 @@ TEST_F(Messages, TimerProcedureInsteadOfMessage) {
     EXPECT_EQ(g_procTimers, (std::vector<UINT_PTR>{9, 9}));
     EXPECT_TRUE(g_log.empty());  // the procedure, not the window, got them
     ::KillTimer(a.m_hWnd, 9);
+}
+
+}  // namespace
+
+namespace {
+
+// PreTranslateMessage runs from the message's window up through its ancestors; a parent
+// can take a key before the child sees it (Return and Escape in an edit box).
+class KeyEater : public CWnd {
+public:
+    BOOL PreTranslateMessage(MSG* m) override {
+        if (m->message == WM_KEYDOWN && m->wParam == VK_RETURN) {
+            g_log.push_back("eaten");
+            return TRUE;
+        }
+        return FALSE;
+    }
+};
+class KeyChild : public CWnd {
+public:
+    void OnKeyDown(UINT vk, UINT, UINT) override { g_log.push_back("key" + std::to_string(vk)); }
+    DECLARE_MESSAGE_MAP()
+};
+BEGIN_MESSAGE_MAP(KeyChild, CWnd)
+    ON_WM_KEYDOWN()
+END_MESSAGE_MAP()
+
+TEST(PreTranslate, AncestorsSeeMessagesFirst) {
+    orlex::test::Init();
+    g_log.clear();
+    KeyEater top;
+    KeyChild edit;
+    ASSERT_TRUE(top.CreateEx(0, nullptr, "t", WS_OVERLAPPED | WS_VISIBLE, CRect(0, 0, 100, 100), nullptr, 0));
+    ASSERT_TRUE(edit.Create(nullptr, nullptr, WS_VISIBLE, CRect(0, 0, 50, 20), &top, 1));
+    edit.SetFocus();
+    orlex::test::Key(VK_RETURN);
+    orlex::test::Key(VK_TAB);
+    EXPECT_EQ(g_log, (std::vector<std::string>{"eaten", "key9"}));
+}
+
+// Default() inside a handler runs the default handling with the message's own parameters:
+// here the class pointer of the default child class is set.
+class Deferring : public CWnd {
+public:
+    BOOL OnSetCursor(CWnd* w, UINT hit, UINT msg) override {
+        g_log.push_back("setcursor " + std::to_string(hit) + " " + std::to_string(msg));
+        return CWnd::OnSetCursor(w, hit, msg);
+    }
+    DECLARE_MESSAGE_MAP()
+};
+BEGIN_MESSAGE_MAP(Deferring, CWnd)
+    ON_WM_SETCURSOR()
+END_MESSAGE_MAP()
+
+TEST(DefaultHandling, DefaultUsesTheCurrentMessage) {
+    orlex::test::Init();
+    g_log.clear();
+    CWnd top;
+    Deferring w;
+    ASSERT_TRUE(top.CreateEx(0, nullptr, "t", WS_OVERLAPPED | WS_VISIBLE, CRect(0, 0, 100, 100), nullptr, 0));
+    ASSERT_TRUE(w.Create(nullptr, nullptr, WS_VISIBLE, CRect(0, 0, 50, 20), &top, 1));
+    ::SetCursor(nullptr);
+    orlex::test::MouseMove(w.m_hWnd, POINT{2, 2});
+    EXPECT_EQ(g_log, std::vector<std::string>{"setcursor 1 512"});
+    EXPECT_EQ(::GetCursor(), ::LoadCursorA(nullptr, IDC_ARROW));
+}
+
+// Two threads sending to each other's windows: each waits for its answer while still
+// running what the other sends it, so neither blocks the other for ever.
+struct PingPong {
+    HWND mainWnd = nullptr;
+    std::atomic<HWND> workerWnd{nullptr};
+    std::atomic<bool> go{false};
+    LRESULT result = 0;
+    std::atomic<bool> ready{false};
+};
+class Echo : public CWnd {
+public:
+    HWND callBack = nullptr;
+    LRESULT OnAsk(WPARAM wp, LPARAM) {
+        if (callBack && wp < 3) return ::SendMessageA(callBack, WM_USER + 9, wp + 1, 0) + 100;
+        return static_cast<LRESULT>(wp);
+    }
+    DECLARE_MESSAGE_MAP()
+};
+BEGIN_MESSAGE_MAP(Echo, CWnd)
+    ON_MESSAGE(WM_USER + 9, OnAsk)
+END_MESSAGE_MAP()
+
+UINT WorkerWithWindow(LPVOID p) {
+    auto* pp = static_cast<PingPong*>(p);
+    Echo w;
+    w.CreateEx(0, nullptr, "worker", WS_POPUP, CRect(0, 0, 10, 10), nullptr, 0);
+    w.callBack = pp->mainWnd;
+    pp->workerWnd = w.m_hWnd;
+    while (!pp->go) std::this_thread::yield();
+    pp->result = ::SendMessageA(pp->mainWnd, WM_USER + 9, 0, 0);
+    pp->ready = true;
+    MSG m;
+    while (::GetMessageA(&m, nullptr, 0, 0) > 0) ::DispatchMessageA(&m);
+    w.DestroyWindow();
+    return 0;
+}
+
+TEST(CrossThread, SendsBothWaysDoNotDeadlock) {
+    orlex::test::Init();
+    Echo mainWnd;
+    ASSERT_TRUE(mainWnd.CreateEx(0, nullptr, "main", WS_POPUP, CRect(0, 0, 10, 10), nullptr, 0));
+    PingPong pp;
+    pp.mainWnd = mainWnd.m_hWnd;
+    CWinThread* t = AfxBeginThread(WorkerWithWindow, &pp, 0, 0, CREATE_SUSPENDED);
+    ASSERT_NE(t, nullptr);
+    t->m_bAutoDelete = FALSE;
+    t->ResumeThread();
+    // main asks worker (wp 1), worker asks main (wp 2), main asks worker (wp 3): 3 + 100 + 100 + 100.
+    // Real time bounds the waits (the other thread may be slow to start on a busy machine).
+    auto until = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!pp.workerWnd && std::chrono::steady_clock::now() < until) orlex::test::Pump();
+    mainWnd.callBack = pp.workerWnd;
+    pp.go = true;
+    while (!pp.ready && std::chrono::steady_clock::now() < until) orlex::test::Pump();
+    EXPECT_EQ(pp.result, 303);
+    t->PostThreadMessage(WM_QUIT, 0, 0);
+    ASSERT_TRUE(t->Join(5000));
+    delete t;
 }
 
 }  // namespace
