@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QThread>
 #include <QWheelEvent>
 #include <QWidget>
 
@@ -193,7 +194,12 @@ QCursor ToolkitCursor(HCURSOR h) {
     }
 }
 
-bool HasWidgets() { return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr; }
+// Widgets exist only with a widget application and only on its thread; windows of other
+// threads keep their surfaces without a presenter.
+bool HasWidgets() {
+    auto* app = qobject_cast<QApplication*>(QCoreApplication::instance());
+    return app && app->thread() == QThread::currentThread();
+}
 
 }  // namespace
 
@@ -364,10 +370,11 @@ void SyncPresenter(HWND hwnd) {
 }
 
 void DestroyPresenter(WindowRec* w) {
-    if (w && w->presenter) {
-        delete w->presenter;
-        w->presenter = nullptr;
-    }
+    if (!w || !w->presenter) return;
+    // Off the toolkit's thread the widget is handed to its own thread to delete.
+    if (HasWidgets()) delete w->presenter;
+    else w->presenter->deleteLater();
+    w->presenter = nullptr;
 }
 
 void ApplyCursorToPresenters(HCURSOR h) {
