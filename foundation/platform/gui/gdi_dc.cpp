@@ -13,6 +13,7 @@
 
 #include "foundation/platform/gui/gdi_dc_p.h"
 #include "foundation/platform/gui/surface_p.h"
+#include "foundation/platform/gui/wnd_p.h"
 
 namespace orlex::gdi {
 namespace {
@@ -217,6 +218,9 @@ bool Acquire(Dc& dc, Target& t) {
         break;
     }
     case DcKind::Screen:
+        // The screen shows every visible top-level window in stacking order; composed
+        // afresh so that a capture sees what is there now.
+        ScreenImage() = detail::ComposeScreen(QRect(0, 0, kScreenW, kScreenH));
         t.img = &ScreenImage();
         visible = QRegion(t.img->rect());
         break;

@@ -168,4 +168,27 @@ TEST_F(GdiWindow, BlitsBetweenMemoryAndWindow) {
     mem.SelectObject(old);
 }
 
+TEST_F(GdiWindow, ScreenContextCapturesWhatTheWindowsShow) {
+    {
+        CClientDC dc(&top);
+        dc.FillSolidRect(5, 6, 3, 2, kRed);
+    }
+    CRect wr;
+    top.GetWindowRect(&wr);
+    CPoint origin(0, 0);
+    top.ClientToScreen(&origin);
+    HDC screen = CreateDCA("DISPLAY", nullptr, nullptr, nullptr);
+    CDC mem;
+    mem.CreateCompatibleDC(nullptr);
+    CBitmap bmp;
+    bmp.CreateCompatibleBitmap(&mem, 10, 10);
+    CBitmap* old = mem.SelectObject(&bmp);
+    BitBlt(mem.m_hDC, 0, 0, 10, 10, screen, origin.x, origin.y, SRCCOPY);
+    EXPECT_EQ(mem.GetPixel(5, 6), kRed);
+    EXPECT_EQ(mem.GetPixel(7, 7), kRed);
+    EXPECT_EQ(mem.GetPixel(8, 7), kWhite);
+    mem.SelectObject(old);
+    DeleteDC(screen);
+}
+
 }  // namespace
