@@ -205,8 +205,9 @@ protected:
 
 TEST_F(ProcessTables, BuiltOnFirstUseWithTheBuiltInTables)
 {
-    EXPECT_EQ(GetNumberOfColorTables(), 0);  // counting does not build
-    OrlexUI::Initialize(false);              // its third step builds the list
+    // Counting does not build (unless an earlier test of this program built the list).
+    if (!ProcessColorTables().m_bInitialized) EXPECT_EQ(GetNumberOfColorTables(), 0);
+    OrlexUI::Initialize(false);  // its third step builds the list
     EXPECT_EQ(GetNumberOfColorTables(), 26);
     InitializeColorTables();                 // once only
     EXPECT_EQ(GetNumberOfColorTables(), 26);
