@@ -1098,6 +1098,14 @@ CArchive& operator<<(CArchive& ar, const CString& s)
     return ar;
 }
 
+CArchive& operator<<(CArchive& ar, const char* text)
+{
+    const size_t n = text ? std::strlen(text) : 0;
+    AfxWriteStringLength(ar, n, false);
+    ar.Write(text, static_cast<UINT>(n));
+    return ar;
+}
+
 CArchive& operator>>(CArchive& ar, CString& s)
 {
     if (!ar.IsLoading())

@@ -398,6 +398,8 @@ ULONGLONG AfxReadStringLength(CArchive& ar, bool* wide);
 // and narrows it: characters 0-255 keep their byte, others become '?'.
 CArchive& operator<<(CArchive& ar, const CString& s);
 CArchive& operator>>(CArchive& ar, CString& s);
+// A text literal is written as a string (without this it would go as a bool byte).
+CArchive& operator<<(CArchive& ar, const char* text);
 
 // Points, sizes and rectangles as raw blocks of 8, 8 and 16 bytes.
 CArchive& operator<<(CArchive& ar, const POINT& p);
