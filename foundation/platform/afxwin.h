@@ -1045,6 +1045,11 @@ public:
 
     CWnd();
     ~CWnd() override;
+    // Stand-ins for HWND_TOP, HWND_BOTTOM, HWND_TOPMOST, HWND_NOTOPMOST in SetWindowPos.
+    static const CWnd wndTop;
+    static const CWnd wndBottom;
+    static const CWnd wndTopMost;
+    static const CWnd wndNoTopMost;
     CWnd(const CWnd&) = delete;
     CWnd& operator=(const CWnd&) = delete;
 
@@ -1075,8 +1080,9 @@ public:
     BOOL SubclassWindow(HWND hwnd);
     BOOL SubclassDlgItem(UINT id, CWnd* parent);
     HWND UnsubclassWindow();
-    // The handle, or null when the window does not exist (call on a valid object).
-    HWND GetSafeHwnd() const { return m_hWnd; }
+    // The handle, or null when the window does not exist; a null object answers null too,
+    // as the platform's code relies on.
+    HWND GetSafeHwnd() const;
     operator HWND() const { return m_hWnd; }
 
     // Message handling.
@@ -1280,7 +1286,7 @@ protected:
     int m_nModalResult = 0;
 
 private:
-    friend struct CWndAccess;
+    explicit CWnd(HWND special) : m_hWnd(special), m_temporary(true) {}
     bool m_temporary = false;  // made by FromHandle for a window without an object
 };
 

@@ -245,6 +245,7 @@ QRegion TakeUpdateRegion(HWND hwnd, bool* erase) {
     w->update = QRegion();
     w->erase = false;
     w->internalPaint = false;
+    ++w->paintSerial;
     return r;
 }
 

@@ -120,6 +120,19 @@ BOOL CCmdUI::DoUpdate(CWnd* target, BOOL disableIfNoHandler) {
 // CWnd: handle map ---------------------------------------------------------------------------------
 CWnd::CWnd() = default;
 
+const CWnd CWnd::wndTop(HWND_TOP);
+const CWnd CWnd::wndBottom(HWND_BOTTOM);
+const CWnd CWnd::wndTopMost(HWND_TOPMOST);
+const CWnd CWnd::wndNoTopMost(HWND_NOTOPMOST);
+
+HWND CWnd::GetSafeHwnd() const {
+    // Called through null pointers by code written for the platform; the compiler must not
+    // assume `this` is non-null here, so the address is passed through an opaque step.
+    auto self = reinterpret_cast<std::uintptr_t>(this);
+    asm volatile("" : "+r"(self));
+    return self ? reinterpret_cast<const CWnd*>(self)->m_hWnd : nullptr;
+}
+
 CWnd::~CWnd() {
     if (m_hWnd && !m_temporary && FromHandlePermanent(m_hWnd) == this) {
         ::DestroyWindow(m_hWnd);
@@ -434,8 +447,6 @@ void CWnd::SendMessageToDescendants(UINT message, WPARAM wParam, LPARAM lParam, 
 // Geometry and state ---------------------------------------------------------------------------
 BOOL CWnd::SetWindowPos(const CWnd* insertAfter, int x, int y, int cx, int cy, UINT flags) {
     HWND ia = insertAfter ? insertAfter->m_hWnd : nullptr;
-    // The platform's special positions arrive as the pseudo objects &wndTop, &wndBottom.
-    if (insertAfter == reinterpret_cast<const CWnd*>(1)) ia = HWND_BOTTOM;
     return ::SetWindowPos(m_hWnd, ia, x, y, cx, cy, flags);
 }
 void CWnd::MoveWindow(int x, int y, int width, int height, BOOL repaint) { ::MoveWindow(m_hWnd, x, y, width, height, repaint); }

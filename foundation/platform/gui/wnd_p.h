@@ -57,7 +57,8 @@ struct WindowRec {
     QRegion update;          // client coordinates
     bool erase = false;
     bool internalPaint = false;
-    bool ncDirty = false;    // the frame (border, edges, scroll bars) needs drawing
+    bool ncDirty = false;
+    unsigned paintSerial = 0; // counts BeginPaint's takings of the update region    // the frame (border, edges, scroll bars) needs drawing
     bool destroying = false;
     bool created = false;    // WM_CREATE answered
     LONG_PTR userData = 0;

@@ -94,6 +94,16 @@ bool FindMessage(std::unique_lock<std::mutex>& lk, ThreadQueue* q, MSG* out, HWN
     }
     if (Matches(MSG{filter, WM_PAINT, 0, 0, 0, {}}, filter, lo, hi)) {
         HWND p = NextWindowToPaint(q->id);
+        // A window that needs only its frame drawn gets WM_NCPAINT, not WM_PAINT.
+        for (int guard = 0; p && guard < 10000; ++guard) {
+            WindowRec* w = Find(p);
+            if (!w || !w->update.isEmpty() || w->internalPaint || !w->ncDirty) break;
+            w->ncDirty = false;
+            lk.unlock();
+            SendMessageA(p, WM_NCPAINT, 1, 0);
+            lk.lock();
+            p = NextWindowToPaint(q->id);
+        }
         if (p && (!filter || p == filter)) {
             *out = MSG{p, WM_PAINT, 0, 0, static_cast<DWORD>(ClockMs()), {}};
             return true;
@@ -387,15 +397,26 @@ LRESULT DispatchMessageA(const MSG* msg) {
     }
     if (!IsWindow(msg->hwnd)) return 0;
     if (ScrollTrackMouse(*msg)) return 0;
-    LRESULT r = CallProc(msg->hwnd, msg->message, msg->wParam, msg->lParam);
+    QRegion before;
+    unsigned serial = 0;
     if (msg->message == WM_PAINT) {
-        // A handler that painted nothing must not be asked again for ever: what it left is
-        // taken as painted.
         std::lock_guard<std::mutex> g(Lock());
         if (WindowRec* w = Find(msg->hwnd)) {
-            w->update = QRegion();
-            w->erase = false;
+            before = w->update;
+            serial = w->paintSerial;
+        }
+    }
+    LRESULT r = CallProc(msg->hwnd, msg->message, msg->wParam, msg->lParam);
+    if (msg->message == WM_PAINT) {
+        // A handler that never began painting must not be asked again for ever: what was to
+        // paint when it was called counts as painted; what it invalidated since stays.
+        std::lock_guard<std::mutex> g(Lock());
+        WindowRec* w = Find(msg->hwnd);
+        if (w && w->paintSerial == serial) {
+            w->update -= before;
+            if (w->update.isEmpty()) w->erase = false;
             w->internalPaint = false;
+            w->ncDirty = false;
         }
     }
     return r;

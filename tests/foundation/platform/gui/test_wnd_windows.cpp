@@ -172,10 +172,10 @@ TEST_F(Windows, StackingDecidesHitTesting) {
     EXPECT_EQ(a.GetWindow(GW_HWNDNEXT), &b);
     EXPECT_EQ(top.ChildWindowFromPoint(CPoint(40, 40)), &a);
     b.SetWindowPos(&a, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);  // b below a: no change
-    ::SetWindowPos(b.m_hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    b.SetWindowPos(&CWnd::wndTop, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
     EXPECT_EQ(top.ChildWindowFromPoint(CPoint(40, 40)), &b);
     EXPECT_EQ(top.GetWindow(GW_CHILD), &b);
-    ::SetWindowPos(b.m_hWnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    b.SetWindowPos(&CWnd::wndBottom, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
     EXPECT_EQ(top.ChildWindowFromPoint(CPoint(40, 40)), &a);
     // Screen hit testing finds the deepest visible window; hidden ones are passed by.
     EXPECT_EQ(CWnd::WindowFromPoint(CPoint(100 + 40, 50 + 40)), &a);
@@ -223,6 +223,12 @@ TEST_F(Windows, ClipChildrenKeepsTheParentOffItsChildren) {
     EXPECT_EQ(g_log, std::vector<std::string>{"frame:paint"});
     EXPECT_EQ(orlex::test::Pixel(frame.m_hWnd, POINT{15, 15}), RGB(10, 10, 10));
     EXPECT_EQ(orlex::test::Pixel(frame.m_hWnd, POINT{5, 5}), RGB(0, 255, 0));
+}
+
+TEST_F(Windows, SafeHandleOfNoObjectIsNull) {
+    CWnd* volatile none = nullptr;
+    EXPECT_EQ(none->GetSafeHwnd(), nullptr);
+    EXPECT_EQ(top.GetSafeHwnd(), top.m_hWnd);
 }
 
 TEST_F(Windows, WindowTextRoundTrip) {
