@@ -147,6 +147,16 @@ void DeliverMouse(QPoint screen, UINT clientMsg, UINT ncMsg, UINT dblMsg, UINT n
             hit = SendMessageA(target, WM_NCHITTEST, 0, Pack(screen));
         }
         if (!IsWindow(target)) return;
+        {
+            // The platform asks for the pointer shape while the mouse message is being
+            // taken, so GetMessagePos and GetMessageTime already tell this event.
+            std::lock_guard<std::mutex> g(Lock());
+            WindowRec* w = Find(target);
+            if (!w) return;
+            ThreadQueue* q = QueueOf(w->thread);
+            q->last.pt = POINT{screen.x(), screen.y()};
+            q->last.time = static_cast<DWORD>(orlex::ClockMs());
+        }
         SendMessageA(target, WM_SETCURSOR, reinterpret_cast<WPARAM>(target),
                      MAKELPARAM(static_cast<WORD>(static_cast<short>(hit)), static_cast<WORD>(clientMsg)));
         if (!IsWindow(target)) return;

@@ -334,7 +334,9 @@ TEST(PreTranslate, AncestorsSeeMessagesFirst) {
 class Deferring : public CWnd {
 public:
     BOOL OnSetCursor(CWnd* w, UINT hit, UINT msg) override {
-        g_log.push_back("setcursor " + std::to_string(hit) + " " + std::to_string(msg));
+        DWORD pos = ::GetMessagePos();  // the point of the mouse event being handled
+        g_log.push_back("setcursor " + std::to_string(hit) + " " + std::to_string(msg) + " at " +
+                        std::to_string(GET_X_LPARAM(pos)) + "," + std::to_string(GET_Y_LPARAM(pos)));
         return CWnd::OnSetCursor(w, hit, msg);
     }
     DECLARE_MESSAGE_MAP()
@@ -352,7 +354,8 @@ TEST(DefaultHandling, DefaultUsesTheCurrentMessage) {
     ASSERT_TRUE(w.Create(nullptr, nullptr, WS_VISIBLE, CRect(0, 0, 50, 20), &top, 1));
     ::SetCursor(nullptr);
     orlex::test::MouseMove(w.m_hWnd, POINT{2, 2});
-    EXPECT_EQ(g_log, std::vector<std::string>{"setcursor 1 512"});
+    orlex::test::MouseMove(w.m_hWnd, POINT{7, 3});
+    EXPECT_EQ(g_log, (std::vector<std::string>{"setcursor 1 512 at 2,2", "setcursor 1 512 at 7,3"}));
     EXPECT_EQ(::GetCursor(), ::LoadCursorA(nullptr, IDC_ARROW));
 }
 
