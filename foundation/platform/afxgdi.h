@@ -14,11 +14,13 @@
 #include <string>
 #include <vector>
 
+#include "foundation/platform/afxstr.h"
 #include "foundation/platform/wintypes.h"
 
 class CWnd;
 class CDC;
 class CPrintDialog;
+BOOL DrawIcon(HDC hdc, int x, int y, HICON icon);
 
 // Raster operations of lines and fills (SetROP2) -----------------------------------------
 constexpr int R2_BLACK = 1;
@@ -933,24 +935,30 @@ public:
     BOOL BitBlt(int x, int y, int w, int h, CDC* src, int xSrc, int ySrc, DWORD rop);
     BOOL StretchBlt(int x, int y, int w, int h, CDC* src, int xSrc, int ySrc, int wSrc, int hSrc, DWORD rop);
     BOOL FloodFill(int x, int y, COLORREF border);
+    BOOL DrawIcon(int x, int y, HICON icon) { return ::DrawIcon(m_hDC, x, y, icon); }
+    BOOL DrawIcon(POINT p, HICON icon) { return ::DrawIcon(m_hDC, p.x, p.y, icon); }
 
     // Text -----------------------------------------------------------------------------------------
     // Strings are 8-bit in the system code page.
     BOOL TextOut(int x, int y, LPCSTR s, int count);
-    BOOL TextOut(int x, int y, const std::string& s) { return TextOut(x, y, s.c_str(), static_cast<int>(s.size())); }
+    BOOL TextOut(int x, int y, const CString& s) { return TextOut(x, y, s.GetString(), s.GetLength()); }
     BOOL ExtTextOut(int x, int y, UINT options, LPCRECT r, LPCSTR s, UINT count, const INT* dx);
-    BOOL ExtTextOut(int x, int y, UINT options, LPCRECT r, const std::string& s, const INT* dx)
-    { return ExtTextOut(x, y, options, r, s.c_str(), static_cast<UINT>(s.size()), dx); }
+    BOOL ExtTextOut(int x, int y, UINT options, LPCRECT r, const CString& s, const INT* dx)
+    { return ExtTextOut(x, y, options, r, s.GetString(), static_cast<UINT>(s.GetLength()), dx); }
     CSize TabbedTextOut(int x, int y, LPCSTR s, int count, int tabs, const INT* tabStops, int tabOrigin);
+    CSize TabbedTextOut(int x, int y, const CString& s, int tabs, const INT* tabStops, int tabOrigin)
+    { return TabbedTextOut(x, y, s.GetString(), s.GetLength(), tabs, tabStops, tabOrigin); }
     // count -1: up to the NUL. Returns the height of the text (the rectangle's new size with
     // DT_CALCRECT, which draws nothing).
     int DrawText(LPCSTR s, int count, LPRECT r, UINT format);
-    int DrawText(const std::string& s, LPRECT r, UINT format) { return DrawText(s.c_str(), static_cast<int>(s.size()), r, format); }
+    int DrawText(const CString& s, LPRECT r, UINT format) { return DrawText(s.GetString(), s.GetLength(), r, format); }
     CSize GetTextExtent(LPCSTR s, int count) const;
-    CSize GetTextExtent(const std::string& s) const { return GetTextExtent(s.c_str(), static_cast<int>(s.size())); }
+    CSize GetTextExtent(const CString& s) const { return GetTextExtent(s.GetString(), s.GetLength()); }
     CSize GetOutputTextExtent(LPCSTR s, int count) const { return GetTextExtent(s, count); }
-    CSize GetOutputTextExtent(const std::string& s) const { return GetTextExtent(s); }
+    CSize GetOutputTextExtent(const CString& s) const { return GetTextExtent(s); }
     CSize GetTabbedTextExtent(LPCSTR s, int count, int tabs, const INT* tabStops) const;
+    CSize GetTabbedTextExtent(const CString& s, int tabs, const INT* tabStops) const
+    { return GetTabbedTextExtent(s.GetString(), s.GetLength(), tabs, tabStops); }
     BOOL GetTextMetrics(LPTEXTMETRIC tm) const;
     BOOL GetOutputTextMetrics(LPTEXTMETRIC tm) const { return GetTextMetrics(tm); }
     int GetTextFace(int count, LPSTR face) const;
@@ -1166,6 +1174,63 @@ BOOL ClosePrinter(HANDLE printer);
 // mode 0 returns the size of the settings. IDOK on success, a negative value on failure.
 LONG DocumentPropertiesA(HWND hwnd, HANDLE printer, LPSTR device, DEVMODEA* out, const DEVMODEA* in, DWORD mode);
 BOOL GetDefaultPrinterA(LPSTR buffer, LPDWORD size);
+
+// Icons and images --------------------------------------------------------------------------------
+// LoadImage's kinds are 0 bitmap, 1 icon, 2 cursor (IMAGE_BITMAP, IMAGE_ICON, IMAGE_CURSOR).
+constexpr UINT LR_DEFAULTCOLOR = 0x0000;
+constexpr UINT LR_LOADFROMFILE = 0x0010;
+constexpr UINT LR_DEFAULTSIZE = 0x0040;
+constexpr UINT LR_SHARED = 0x8000;
+constexpr UINT DI_MASK = 0x0001;
+constexpr UINT DI_IMAGE = 0x0002;
+constexpr UINT DI_NORMAL = 0x0003;
+constexpr UINT DI_DEFAULTSIZE = 0x0008;
+// A bitmap (as LoadBitmap) or an icon of the module's resources, or of a file with
+// LR_LOADFROMFILE. An icon resource (RT_GROUP_ICON, else RT_ICON) holds an icon file, a PNG
+// or a BMP; cx, cy scale it (0: its own size, or the system size with LR_DEFAULTSIZE).
+// Cursors are handed to LoadCursorA. The caller destroys what it loaded (DestroyIcon,
+// DeleteObject) unless LR_SHARED.
+HANDLE LoadImageA(HINSTANCE inst, LPCSTR name, UINT type, int cx, int cy, UINT flags);
+inline HANDLE LoadImage(HINSTANCE inst, LPCSTR name, UINT type, int cx, int cy, UINT flags) {
+    return LoadImageA(inst, name, type, cx, cy, flags);
+}
+HICON LoadIconA(HINSTANCE inst, LPCSTR name);
+BOOL DestroyIcon(HICON icon);
+// Draws the icon blended by its transparency at (x, y), scaled to cx x cy (0: its size).
+BOOL DrawIconEx(HDC hdc, int x, int y, HICON icon, int cx, int cy, UINT step, HBRUSH flicker, UINT flags);
+BOOL DrawIcon(HDC hdc, int x, int y, HICON icon);
+// Width and height of an icon made by this layer; false for another handle.
+BOOL GetIconSize(HICON icon, SIZE* size);
+
+// System parameters: SPI_GETNONCLIENTMETRICS (the fonts of captions, menus, status and
+// messages), SPI_GETWHEELSCROLLLINES (3), SPI_GETWORKAREA.
+constexpr UINT SPI_GETWORKAREA = 0x0030;
+constexpr UINT SPI_GETNONCLIENTMETRICS = 0x0029;
+constexpr UINT SPI_GETWHEELSCROLLLINES = 0x0068;
+struct NONCLIENTMETRICSA {
+    UINT cbSize;  // 344 (or 340 without the padded border width)
+    int iBorderWidth;
+    int iScrollWidth;
+    int iScrollHeight;
+    int iCaptionWidth;
+    int iCaptionHeight;
+    LOGFONTA lfCaptionFont;
+    int iSmCaptionWidth;
+    int iSmCaptionHeight;
+    LOGFONTA lfSmCaptionFont;
+    int iMenuWidth;
+    int iMenuHeight;
+    LOGFONTA lfMenuFont;
+    LOGFONTA lfStatusFont;
+    LOGFONTA lfMessageFont;
+    int iPaddedBorderWidth;
+};
+static_assert(sizeof(NONCLIENTMETRICSA) == 344);
+using NONCLIENTMETRICS = NONCLIENTMETRICSA;
+BOOL SystemParametersInfoA(UINT action, UINT param, void* data, UINT winIni);
+inline BOOL SystemParametersInfo(UINT action, UINT param, void* data, UINT winIni) {
+    return SystemParametersInfoA(action, param, data, winIni);
+}
 
 // System colours, metrics -----------------------------------------------------------------------
 DWORD GetSysColor(int index);

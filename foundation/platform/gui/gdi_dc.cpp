@@ -785,7 +785,7 @@ HGDIOBJ SelectObject(HDC hdc, HGDIOBJ h) {
         const int kind = SelectClipRgn(hdc, static_cast<HRGN>(h));
         return reinterpret_cast<HGDIOBJ>(static_cast<INT_PTR>(kind));
     }
-    case Kind::Palette: return nullptr;
+    case Kind::Palette: case Kind::Icon: return nullptr;
     }
     return nullptr;
 }

@@ -181,6 +181,7 @@ DWORD GetObjectType(HGDIOBJ h) {
     case Kind::Bitmap: return OBJ_BITMAP;
     case Kind::Region: return OBJ_REGION;
     case Kind::Palette: return OBJ_PAL;
+    case Kind::Icon: return 0;
     }
     return 0;
 }
@@ -222,7 +223,7 @@ int GetObjectA(HANDLE h, int count, LPVOID buf) {
         WORD n = static_cast<WORD>(static_cast<Palette*>(o)->entries.size());
         return give(&n, sizeof n);
     }
-    case Kind::Region: return 0;
+    case Kind::Region: case Kind::Icon: return 0;
     }
     return 0;
 }
@@ -647,7 +648,7 @@ namespace {
 
 CGdiObject* TempWrapperFor(HGDIOBJ h) {
     Object* o = Lookup(h);
-    if (!o) return nullptr;
+    if (!o || o->kind == Kind::Icon) return nullptr;
     Registry& r = Reg();
     std::lock_guard lock(r.mu);
     auto perm = r.permanent.find(h);
@@ -661,6 +662,7 @@ CGdiObject* TempWrapperFor(HGDIOBJ h) {
         case Kind::Bitmap: slot = std::make_unique<CBitmap>(); break;
         case Kind::Region: slot = std::make_unique<CRgn>(); break;
         case Kind::Palette: slot = std::make_unique<CPalette>(); break;
+        case Kind::Icon: break;
         }
         slot->m_hObject = h;
     }

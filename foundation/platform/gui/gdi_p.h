@@ -20,7 +20,7 @@ class QPainter;
 
 namespace orlex::gdi {
 
-enum class Kind { Pen, Brush, Font, Bitmap, Region, Palette };
+enum class Kind { Pen, Brush, Font, Bitmap, Region, Palette, Icon };
 
 struct Object {
     explicit Object(Kind k) : kind(k) {}
@@ -65,6 +65,11 @@ struct Region : Object {
     QRegion rgn;
 };
 
+struct Icon : Object {
+    Icon() : Object(Kind::Icon) {}
+    QImage image;  // Format_ARGB32_Premultiplied
+};
+
 struct Palette : Object {
     Palette() : Object(Kind::Palette) {}
     std::vector<PALETTEENTRY> entries;
@@ -83,6 +88,7 @@ inline Font* AsFont(HGDIOBJ h) { return As<Font>(h, Kind::Font); }
 inline Bitmap* AsBitmap(HGDIOBJ h) { return As<Bitmap>(h, Kind::Bitmap); }
 inline Region* AsRegion(HGDIOBJ h) { return As<Region>(h, Kind::Region); }
 inline Palette* AsPalette(HGDIOBJ h) { return As<Palette>(h, Kind::Palette); }
+inline Icon* AsIcon(HGDIOBJ h) { return As<Icon>(h, Kind::Icon); }
 // Takes ownership and returns the handle.
 HGDIOBJ Register(Object* o);
 // Forgets the wrapper objects (FromHandle temporaries) of a handle that goes away.

@@ -10,6 +10,9 @@
 #include <vector>
 
 #include "foundation/platform/afxgdi.h"
+#include "foundation/platform/afxwin.h"
+#include "foundation/platform/process.h"
+#include "foundation/platform/resources.h"
 
 namespace {
 
@@ -682,6 +685,73 @@ TEST(GdiMisc, MulDivRoundsHalfAwayFromZero) {
     const int cases[][4] = {{10, 3, 4, 8}, {-10, 3, 4, -8}, {5, 1, 2, 3}, {-5, 1, 2, -3}, {7, 0, 3, 0}, {1, 1, 0, -1},
                             {2000000000, 2, 4, 1000000000}};
     for (const auto& c : cases) EXPECT_EQ(MulDiv(c[0], c[1], c[2]), c[3]) << c[0] << "*" << c[1] << "/" << c[2];
+}
+
+}  // namespace
+
+// Icons and system parameters -------------------------------------------------------------------
+
+namespace {
+
+// A 2x2 icon file of 32-bit pixels with alpha: top row opaque red, clear; bottom row
+// half-covering blue, opaque black.
+std::vector<unsigned char> IconFile() {
+    std::vector<unsigned char> f;
+    auto u16 = [&](unsigned v) { f.push_back(v & 0xFF); f.push_back((v >> 8) & 0xFF); };
+    auto u32 = [&](unsigned v) { u16(v & 0xFFFF); u16(v >> 16); };
+    u16(0); u16(1); u16(1);                            // directory: an icon, one entry
+    f.push_back(2); f.push_back(2); f.push_back(0); f.push_back(0);
+    u16(1); u16(32); u32(40 + 16 + 8); u32(22);        // entry
+    u32(40); u32(2); u32(4); u16(1); u16(32); u32(0); u32(0); u32(0); u32(0); u32(0); u32(0);
+    const unsigned char rows[16] = {255, 0, 0, 128, 0, 0, 0, 255,     // bottom: blue half, black
+                                    0, 0, 255, 255, 0, 0, 0, 0};      // top: red, clear
+    f.insert(f.end(), rows, rows + 16);
+    for (int i = 0; i < 8; ++i) f.push_back(0);        // mask: all drawn by alpha
+    return f;
+}
+
+TEST(GdiIcons, IconsBlendByTheirTransparency) {
+    orlex::EnsureApplication();
+    const auto file = IconFile();
+    HMODULE self = GetModuleHandleA(nullptr);
+    ASSERT_TRUE(orlex::RegisterResource(self, RT_GROUP_ICON, MAKEINTRESOURCE(4321), file.data(),
+                                        static_cast<DWORD>(file.size())));
+    HICON icon = static_cast<HICON>(LoadImageA(self, MAKEINTRESOURCE(4321), 1, 0, 0, 0));
+    ASSERT_NE(icon, nullptr);
+    SIZE s{0, 0};
+    ASSERT_TRUE(GetIconSize(icon, &s));
+    EXPECT_EQ(s.cx, 2);
+    EXPECT_EQ(s.cy, 2);
+    Canvas cv(4, 3);
+    EXPECT_TRUE(DrawIconEx(cv.dc.m_hDC, 1, 1, icon, 0, 0, 0, nullptr, DI_NORMAL));
+    EXPECT_EQ(cv.At(1, 1), kRed);
+    EXPECT_EQ(cv.At(2, 1), kWhite);
+    const COLORREF half = cv.At(1, 2);
+    EXPECT_NEAR(GetRValue(half), 127, 1);
+    EXPECT_NEAR(GetGValue(half), 127, 1);
+    EXPECT_EQ(GetBValue(half), 255);
+    EXPECT_EQ(cv.At(2, 2), kBlack);
+    EXPECT_EQ(cv.At(0, 0), kWhite);
+    // Scaled to 4x2 the red pixel covers two columns.
+    EXPECT_TRUE(DrawIconEx(cv.dc.m_hDC, 0, 0, icon, 4, 2, 0, nullptr, DI_NORMAL));
+    EXPECT_EQ(cv.At(1, 0), kRed);
+    EXPECT_TRUE(DestroyIcon(icon));
+    EXPECT_FALSE(DestroyIcon(icon));
+    EXPECT_FALSE(DrawIcon(cv.dc.m_hDC, 0, 0, icon));
+    EXPECT_EQ(LoadImageA(self, MAKEINTRESOURCE(4322), 1, 0, 0, 0), nullptr);
+}
+
+TEST(GdiSystem, NonClientMetricsGiveTheMessageFont) {
+    NONCLIENTMETRICS m{};
+    m.cbSize = sizeof m;
+    ASSERT_TRUE(SystemParametersInfo(SPI_GETNONCLIENTMETRICS, sizeof m, &m, 0));
+    EXPECT_LT(m.lfMessageFont.lfHeight, 0);
+    EXPECT_STRNE(m.lfMessageFont.lfFaceName, "");
+    m.cbSize = 100;
+    EXPECT_FALSE(SystemParametersInfo(SPI_GETNONCLIENTMETRICS, 100, &m, 0));
+    UINT lines = 0;
+    ASSERT_TRUE(SystemParametersInfo(SPI_GETWHEELSCROLLLINES, 0, &lines, 0));
+    EXPECT_EQ(lines, 3u);
 }
 
 }  // namespace
