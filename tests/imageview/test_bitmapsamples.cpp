@@ -1,4 +1,4 @@
-// The sample pictures: BMP files of a bitmap block, byte for byte, and the synthetic scan.
+// The sample pictures: BMP files of a bitmap block, byte for byte.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -61,15 +61,4 @@ TEST(BitmapSamples, BmpFilesPadTheirRows)
     std::remove(path.c_str());
     EXPECT_FALSE(orlex::WriteDataBmp(path, data, 3, 3, 25, -h, h, true));  // data too short
     EXPECT_FALSE(orlex::WriteDataBmp(path, data, 2, 3, 25, 1.0, 1.0, false));  // no 24-bit range
-}
-
-TEST(BitmapSamples, SyntheticScanHasTiltAndBumps)
-{
-    const std::vector<int> scan = orlex::SyntheticScan(100, 200);
-    ASSERT_EQ(scan.size(), 20000u);
-    auto at = [&](double u, double v) { return scan[std::size_t(v * 100) * 200 + std::size_t(u * 200)]; };
-    EXPECT_LT(at(0.05, 0.1), at(0.95, 0.1));  // the tilt rises along x
-    EXPECT_GT(at(0.30, 0.65), at(0.40, 0.45)); // a raised bump
-    EXPECT_LT(at(0.70, 0.30), at(0.80, 0.30)); // the pit
-    EXPECT_TRUE(orlex::SyntheticScan(0, 5).empty());
 }
