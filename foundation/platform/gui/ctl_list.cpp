@@ -185,6 +185,7 @@ LRESULT ListCommon(HWND hwnd, ListState& s, UINT msg, WPARAM wp, LPARAM lp, bool
 
 LRESULT ListBoxProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     ListState& s = g_lists.Get(hwnd);
+    if (msg == WM_CREATE) s.own.sorted = (StyleOf(hwnd) & LBS_SORT) != 0;
     bool handled = false;
     LRESULT r = ListCommon(hwnd, s, msg, wp, lp, handled);
     if (handled) return r;
