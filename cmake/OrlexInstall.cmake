@@ -9,24 +9,6 @@
 
 include(CMakePackageConfigHelpers)
 
-# The module archives reach the shared library both whole (its own link line) and as
-# ordinary dependencies of one another, and the linker would be given each one twice. So
-# the shared library names each archive once, plainly, and every appearance of an archive
-# takes the whole-archive feature.
-set(_orlex_whole "")
-foreach(_m IN LISTS ORLEXUI_MODULES)
-  get_target_property(_type ${_m} TYPE)
-  if(_type STREQUAL "STATIC_LIBRARY")
-    list(APPEND _orlex_whole ${_m})
-    set_property(TARGET orlexui PROPERTY LINK_LIBRARY_OVERRIDE_${_m} WHOLE_ARCHIVE)
-  endif()
-endforeach()
-# Dependants before what they depend on, so that no archive has to be repeated after one
-# that needs it.
-list(REVERSE _orlex_whole)
-set_property(TARGET orlexui PROPERTY LINK_LIBRARIES
-  ${_orlex_whole} Qt6::Core Qt6::Gui Qt6::Widgets Qt6::PrintSupport Threads::Threads)
-
 set(ORLEXUI_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/orlexui)
 set(ORLEXUI_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/orlexui)
 

@@ -36,7 +36,10 @@ function(orlexui_module name)
 endfunction()
 
 # The shared library: every module archive taken whole, so static registrations
-# (runtime classes, registered messages) are all present for the host.
+# (runtime classes, registered messages) are all present for the host. The archives also
+# reach it as ordinary dependencies of one another, so each is named once on its link
+# line, dependants first, and every appearance of an archive takes the whole-archive
+# feature (otherwise the linker would be given one archive in two ways).
 function(orlexui_shared_library)
   file(WRITE ${PROJECT_BINARY_DIR}/orlexui_shared.cpp "// the library is made of the module archives\n")
   add_library(orlexui SHARED ${PROJECT_BINARY_DIR}/orlexui_shared.cpp)
@@ -46,10 +49,18 @@ function(orlexui_shared_library)
     get_target_property(type ${m} TYPE)
     if(type STREQUAL "STATIC_LIBRARY")
       list(APPEND whole ${m})
+      set_property(TARGET orlexui PROPERTY LINK_LIBRARY_OVERRIDE_${m} WHOLE_ARCHIVE)
     endif()
   endforeach()
-  target_link_libraries(orlexui PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,${whole}>")
-  target_link_libraries(orlexui PUBLIC Qt6::Core Qt6::Gui Qt6::Widgets Qt6::PrintSupport Threads::Threads)
+  list(REVERSE whole)
+  set(qt Qt6::Core Qt6::Gui Qt6::Widgets Qt6::PrintSupport)
+  target_link_libraries(orlexui PUBLIC ${qt} Threads::Threads)
+  # An undefined symbol of the library's own is a build error, not a host's load error.
+  # (A clang sanitizer runtime lives in the executable, so there it can't be checked.)
+  if(NOT (ORLEXUI_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES "Clang"))
+    target_link_options(orlexui PRIVATE -Wl,--no-undefined)
+  endif()
+  set_property(TARGET orlexui PROPERTY LINK_LIBRARIES ${whole} ${qt} Threads::Threads ${CMAKE_DL_LIBS})
   target_include_directories(orlexui PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/orlexui>)
