@@ -379,6 +379,36 @@ int PenDeviceWidth(const Dc& dc, const Pen* p) {
     return std::max(1, ScaleLenX(dc, p->width));
 }
 
+// A segment longer than 65536 pixels is cut to the visible box (Liang-Barsky) so that no
+// pixel list is made of what cannot be seen; skip is the number of pixels left out before
+// the new start (or all of them when nothing is visible, and then false).
+bool ClipLongSegment(POINT& a, POINT& b, const QRect& visible, long long& skip) {
+    skip = 0;
+    const long long len = std::max(std::llabs(static_cast<long long>(b.x) - a.x), std::llabs(static_cast<long long>(b.y) - a.y));
+    if (len <= (1 << 16)) return true;
+    const QRect vb = visible.adjusted(-2, -2, 2, 2);
+    double t0 = 0, t1 = 1;
+    const double dx = double(b.x) - a.x, dy = double(b.y) - a.y;
+    const double p[4] = {-dx, dx, -dy, dy};
+    const double q[4] = {a.x - double(vb.left()), double(vb.right()) - a.x, a.y - double(vb.top()), double(vb.bottom()) - a.y};
+    for (int k = 0; k < 4; ++k) {
+        if (p[k] == 0) {
+            if (q[k] < 0) { skip = len; return false; }
+            continue;
+        }
+        const double r = q[k] / p[k];
+        if (p[k] < 0) t0 = std::max(t0, r);
+        else t1 = std::min(t1, r);
+        if (t0 > t1) { skip = len; return false; }
+    }
+    skip = static_cast<long long>(std::floor(t0 * len));
+    const POINT na{static_cast<LONG>(std::lround(a.x + dx * t0)), static_cast<LONG>(std::lround(a.y + dy * t0))};
+    const POINT nb{static_cast<LONG>(std::lround(a.x + dx * t1)), static_cast<LONG>(std::lround(a.y + dy * t1))};
+    a = na;
+    b = nb;
+    return true;
+}
+
 // Draws one-pixel segments through the device points, each leaving out its end pixel; the
 // dash rhythm runs on across segments.
 void CosmeticPolyline(Dc& dc, Target& t, const Pen* pen, const POINT* pts, int n) {
@@ -390,7 +420,12 @@ void CosmeticPolyline(Dc& dc, Target& t, const Pen* pen, const POINT* pts, int n
     std::vector<POINT> px;
     for (int i = 0; i + 1 < n; ++i) {
         px.clear();
-        LinePixels(pts[i].x, pts[i].y, pts[i + 1].x, pts[i + 1].y, px);
+        POINT a = pts[i], b = pts[i + 1];
+        long long skip = 0;
+        const bool seen = ClipLongSegment(a, b, t.bound.translated(-t.origin), skip);
+        dc.styleStep += skip;
+        if (!seen) continue;
+        LinePixels(a.x, a.y, b.x, b.y, px);
         if (pattern.empty()) {
             for (const POINT& p : px) w.Put(p.x, p.y, color);
         } else {
@@ -411,9 +446,12 @@ void WidePolyline(Dc& dc, Target& t, const Pen* pen, const POINT* pts, int n, bo
     path.moveTo(pts[0].x + 0.5, pts[0].y + 0.5);
     for (int i = 1; i < n; ++i) path.lineTo(pts[i].x + 0.5, pts[i].y + 0.5);
     if (closed) path.closeSubpath();
-    const QRect box = path.boundingRect().toAlignedRect().adjusted(-w - 1, -w - 1, w + 1, w + 1);
-    if (box.width() > 65536 || box.height() > 65536) return;
+    // Only the part that can be seen gets a mask.
+    const QRect box = path.boundingRect().toAlignedRect().adjusted(-w - 1, -w - 1, w + 1, w + 1) &
+                      t.bound.translated(-t.origin);
+    if (box.isEmpty()) return;
     QImage mask(box.size(), QImage::Format_Grayscale8);
+    if (mask.isNull()) return;
     mask.fill(0);
     {
         QPainter p(&mask);
@@ -518,6 +556,7 @@ enum class ArcKind { Arc, Chord, Pie };
 bool DrawArcShape(Dc& dc, ArcKind kind, int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
     Target t;
     const QRect box = DeviceBox(dc, x1, y1, x2, y2);
+    if (box.height() > (1 << 16) || box.width() > (1 << 16)) return false;
     POINT s = LpToDp(dc, POINT{x3, y3}), e = LpToDp(dc, POINT{x4, y4});
     if (!Acquire(dc, t)) return TRUE;
     std::vector<Span> spans;
@@ -1080,7 +1119,8 @@ static BOOL PolygonImpl(HDC hdc, const POINT* pts, const INT* counts, int polys)
     const std::vector<POINT> dev = ToDevice(*dc, pts, total);
     Target t;
     if (!Acquire(*dc, t)) return TRUE;
-    const std::vector<Span> fill = RegionSpans(PolygonRegion(dev.data(), counts, polys, dc->a.polyFill));
+    const std::vector<Span> fill =
+        RegionSpans(PolygonRegion(dev.data(), counts, polys, dc->a.polyFill, t.bound.translated(-t.origin)));
     std::vector<POINT> outline;
     Pen* pen = AsPen(dc->a.pen);
     const bool wide = !PenIsNull(pen) && PenDeviceWidth(*dc, pen) > 1;
@@ -1088,9 +1128,9 @@ static BOOL PolygonImpl(HDC hdc, const POINT* pts, const INT* counts, int polys)
         const POINT* p = dev.data();
         for (int k = 0; k < polys; ++k) {
             for (int i = 0; i < counts[k]; ++i) {
-                const POINT& a = p[i];
-                const POINT& b = p[(i + 1) % counts[k]];
-                LinePixels(a.x, a.y, b.x, b.y, outline);
+                POINT a = p[i], b = p[(i + 1) % counts[k]];
+                long long skip = 0;
+                if (ClipLongSegment(a, b, t.bound.translated(-t.origin), skip)) LinePixels(a.x, a.y, b.x, b.y, outline);
             }
             p += counts[k];
         }
@@ -1170,10 +1210,15 @@ BOOL Rectangle(HDC hdc, int x1, int y1, int x2, int y2) {
     return TRUE;
 }
 
+// The platform draws within 27-bit coordinates; shapes of rows beyond this are refused
+// rather than walked row by row.
+constexpr int kMaxShapeRows = 1 << 16;
+
 BOOL Ellipse(HDC hdc, int x1, int y1, int x2, int y2) {
     Dc* dc = D(hdc);
     if (!dc) return FALSE;
     const QRect box = DeviceBox(*dc, x1, y1, x2, y2);
+    if (box.height() > kMaxShapeRows || box.width() > kMaxShapeRows) return FALSE;
     Target t;
     if (!Acquire(*dc, t)) return TRUE;
     Pen* pen = AsPen(dc->a.pen);
@@ -1194,8 +1239,12 @@ BOOL Ellipse(HDC hdc, int x1, int y1, int x2, int y2) {
         QPainterPath path;
         path.addEllipse(QRectF(box.left() + 0.5, box.top() + 0.5, box.width() - 1, box.height() - 1));
         const int w = PenDeviceWidth(*dc, pen);
-        const QRect mb = box.adjusted(-w, -w, w, w);
+        const QRect mb = box.adjusted(-w, -w, w, w) & t.bound.translated(-t.origin);
         QImage mask(mb.size(), QImage::Format_Grayscale8);
+        if (mb.isEmpty() || mask.isNull()) {
+            Release(t);
+            return TRUE;
+        }
         mask.fill(0);
         {
             QPainter p(&mask);

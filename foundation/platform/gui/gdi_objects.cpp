@@ -449,7 +449,7 @@ QRegion orlex::gdi::EllipseRegion(int x1, int y1, int x2, int y2) {
 
 HRGN CreateEllipticRgn(int x1, int y1, int x2, int y2) { return NewRegion(EllipseRegion(x1, y1, x2, y2)); }
 
-QRegion orlex::gdi::PolygonRegion(const POINT* pts, const INT* counts, int polys, int mode) {
+QRegion orlex::gdi::PolygonRegion(const POINT* pts, const INT* counts, int polys, int mode, const QRect& limit) {
     QPainterPath path;
     path.setFillRule(mode == WINDING ? Qt::WindingFill : Qt::OddEvenFill);
     const POINT* p = pts;
@@ -462,10 +462,12 @@ QRegion orlex::gdi::PolygonRegion(const POINT* pts, const INT* counts, int polys
             path.addPolygon(poly);
         }
     }
-    const QRect box = path.boundingRect().toAlignedRect();
-    if (box.isEmpty()) return {};
+    QRect box = path.boundingRect().toAlignedRect().adjusted(0, 0, 1, 1);
+    if (!limit.isNull()) box &= limit;
+    if (box.isEmpty() || box.width() > 16384 || box.height() > 16384) return {};
     // Pixels whose centre lies inside, the right and bottom edges left out.
     QImage mask(box.size(), QImage::Format_Grayscale8);
+    if (mask.isNull()) return {};
     mask.fill(0);
     {
         QPainter painter(&mask);

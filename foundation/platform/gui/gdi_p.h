@@ -103,7 +103,9 @@ HGDIOBJ Stock(int index);
 int RegionKindOf(const QRegion& r);
 // Pixel sets of shapes, with the right and bottom edges left out.
 QRegion EllipseRegion(int x1, int y1, int x2, int y2);
-QRegion PolygonRegion(const POINT* pts, const INT* counts, int polys, int mode);
+// Only the part within `limit` (when given) is computed; a polygon too large for the limit
+// of 16384 x 16384 pixels gives an empty region.
+QRegion PolygonRegion(const POINT* pts, const INT* counts, int polys, int mode, const QRect& limit = QRect());
 
 // Device contexts -------------------------------------------------------------------------------
 enum class DcKind { Memory, Window, Screen, Printer };

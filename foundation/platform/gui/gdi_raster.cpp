@@ -2,6 +2,7 @@
 // cosmetic dash rhythms, ellipse rows, nearest-neighbour maps, hatch patterns.
 #include "foundation/platform/gui/gdi_raster_p.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cmath>
 #include <cstdlib>
@@ -105,18 +106,26 @@ void EllipseSpans(int l, int t, int r, int b, std::vector<Span>& out) {
 }
 
 void SpanOutline(const std::vector<Span>& spans, std::vector<POINT>& out) {
-    // Spans arrive one per row, rows increasing; a pixel is on the outline when the row
-    // above or below does not cover it, or it ends its run.
-    auto covered = [&](std::size_t idx, int y, int x) {
-        if (idx >= spans.size() || spans[idx].y != y) return false;
-        return x >= spans[idx].x0 && x < spans[idx].x1;
-    };
+    // Spans arrive one per row, rows increasing. A pixel is on the outline when it ends its
+    // run or when the row above or below does not cover it: per row, the run less the
+    // neighbours' runs, worked out on intervals so that wide shapes cost their outline only.
     for (std::size_t i = 0; i < spans.size(); ++i) {
         const Span& s = spans[i];
-        for (int x = s.x0; x < s.x1; ++x) {
-            const bool edge = x == s.x0 || x == s.x1 - 1 || i == 0 || i + 1 == spans.size() ||
-                              !covered(i - 1, s.y - 1, x) || !covered(i + 1, s.y + 1, x);
-            if (edge) out.push_back(POINT{x, s.y});
+        std::vector<std::pair<int, int>> parts;  // [a, b) intervals on the outline
+        parts.emplace_back(s.x0, s.x0 + 1);
+        parts.emplace_back(s.x1 - 1, s.x1);
+        auto uncovered = [&](bool have, const Span& n) {
+            if (!have) { parts.emplace_back(s.x0, s.x1); return; }
+            if (n.x0 > s.x0) parts.emplace_back(s.x0, std::min(n.x0, s.x1));
+            if (n.x1 < s.x1) parts.emplace_back(std::max(n.x1, s.x0), s.x1);
+        };
+        uncovered(i > 0 && spans[i - 1].y == s.y - 1, i > 0 ? spans[i - 1] : s);
+        uncovered(i + 1 < spans.size() && spans[i + 1].y == s.y + 1, i + 1 < spans.size() ? spans[i + 1] : s);
+        std::sort(parts.begin(), parts.end());
+        int next = s.x0;  // first x not yet emitted; parts are sorted by their start
+        for (const auto& [a, b] : parts) {
+            for (int x = std::max(a, next); x < b; ++x) out.push_back(POINT{x, s.y});
+            next = std::max(next, b);
         }
     }
 }

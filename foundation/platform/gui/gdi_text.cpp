@@ -130,7 +130,7 @@ const FontEntry& EntryFor(const LOGFONTA& lf, int deviceHeight) {
             --em;
         }
     }
-    e.em = std::max(1, em);
+    e.em = std::clamp(em, 1, 4096);
     e.font = BaseFont(lf, e.em);
     if (lf.lfWidth > 0) {
         QFontMetrics m(e.font);
@@ -175,7 +175,8 @@ void DrawRun(Dc& dc, Target& t, const FontEntry& fe, const LOGFONTA& lf, POINT r
     }
     if (!dx && dc.a.charExtra == 0) width = m.horizontalAdvance(s);
     const int height = fe.ascent + fe.descent;
-    if (width <= 0 || height <= 0) return;
+    // Text beyond any surface's size is not drawn (a mask of it could not be made).
+    if (width <= 0 || height <= 0 || width > (1 << 15) || height > (1 << 15)) return;
     // Offsets of the box's top left from the reference point, unrotated.
     const UINT al = dc.a.textAlign;
     int ux = 0, uy = 0;
@@ -185,6 +186,7 @@ void DrawRun(Dc& dc, Target& t, const FontEntry& fe, const LOGFONTA& lf, POINT r
     else if (al & TA_BOTTOM) uy = -height;
 
     QImage glyphs(width, height, QImage::Format_Grayscale8);
+    if (glyphs.isNull()) return;
     glyphs.fill(0);
     {
         QPainter p(&glyphs);

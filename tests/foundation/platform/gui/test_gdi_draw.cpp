@@ -755,3 +755,43 @@ TEST(GdiSystem, NonClientMetricsGiveTheMessageFont) {
 }
 
 }  // namespace
+
+namespace {
+
+// Coordinates far outside, degenerate boxes and huge fonts: each call returns, nothing
+// outside the bitmap is touched, and what can be seen is right.
+TEST(GdiRobustness, FarAndDegenerateInputs) {
+    Canvas cv(40, 3);
+    CPen dot(PS_DOT, 0, kBlack);
+    cv.dc.SelectObject(&dot);
+    cv.dc.SetBkMode(TRANSPARENT);
+    // A dotted line from far away: the rhythm counts the pixels outside too (x = 0 is
+    // pixel 100001 of the line, an off pixel).
+    cv.dc.MoveTo(-100001, 1);
+    cv.dc.LineTo(40, 1);
+    const std::string row = cv.Grid().substr(41, 40);
+    EXPECT_EQ(row, ".#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#");
+    cv.dc.SelectStockObject(BLACK_PEN);
+    const std::function<void(CDC&)> calls[] = {
+        [](CDC& dc) { dc.MoveTo(-2000000000, -2000000000); dc.LineTo(2000000000, 2000000000); },
+        [](CDC& dc) { dc.Ellipse(-1000000000, -1000000000, 1000000000, 1000000000); },
+        [](CDC& dc) { dc.Arc(-1000000000, -5, 1000000000, 5, 0, 0, 0, 0); },
+        [](CDC& dc) { const POINT p[] = {{-900000000, 0}, {900000000, 1}, {0, 900000000}}; dc.Polygon(p, 3); },
+        [](CDC& dc) { dc.Rectangle(30, 2, 5, 1); },
+        [](CDC& dc) { dc.Ellipse(3, 3, 3, 3); },
+        [](CDC& dc) { RECT r{10, 10, -10, -10}; dc.InvertRect(&r); },
+        [](CDC& dc) { dc.BitBlt(0, 0, -5, -5, &dc, 2, 2, SRCCOPY); },
+        [](CDC& dc) { dc.StretchBlt(0, 0, 1 << 20, 1 << 20, &dc, 0, 0, 1, 1, SRCCOPY); },
+        [](CDC& dc) { CPen wide(PS_SOLID, 5000, kRed); dc.SelectObject(&wide); dc.MoveTo(0, 0); dc.LineTo(1 << 29, 7);
+                      dc.SelectStockObject(BLACK_PEN); },
+        [](CDC& dc) { CFont f; f.CreateFont(-1000000, 0, 900, 900, 0, 0, 0, 0, 0, 0, 0, 0, 0, "Arial");
+                      dc.SelectObject(&f); dc.TextOut(0, 0, "big", 3); dc.SelectStockObject(SYSTEM_FONT); },
+        [](CDC& dc) { dc.TextOut(0, 0, nullptr, 5); dc.DrawText(nullptr, -1, nullptr, 0); },
+        [](CDC& dc) { dc.SetPixel(-1, -1, kRed); dc.SetPixel(1 << 30, 0, kRed); },
+    };
+    orlex::EnsureApplication();
+    for (const auto& call : calls) call(cv.dc);
+    EXPECT_EQ(cv.At(39, 2) == CLR_INVALID, false);
+}
+
+}  // namespace
