@@ -167,6 +167,7 @@ TEST(ColorParResource, TextForm)
     ASSERT_NE(r, nullptr);
     const char* text = static_cast<const char*>(LockResource(LoadResource(module, r)));
     const std::string s(text, SizeofResource(module, r));
+    EXPECT_EQ(s.size(), 48576u);
     EXPECT_EQ(s.substr(0, 17), "Color Table 4\r\n\r\n");
     EXPECT_EQ(s.back(), '\x1a');
     int lines = 0;

@@ -1,10 +1,13 @@
 #!/usr/bin/env python3
 """Writes resources/color.par, the text of the 18 smooth colour tables 4..21.
 
-Each plane of a table is a monotone cubic (Fritsch-Carlson) through its control points:
-the five pinned entries 0, 60, 120, 180, 239 and, where a table needs a particular
-start, a few more. The curve never overshoots its neighbouring control points, so all
-values stay within 0..255. Edit marks (value - 32768) go on the pinned entries first,
+Each plane of a table is a smooth curve through its control points: the five pinned
+entries 0, 60, 120, 180, 239 and, where a table needs a particular start, a few more.
+The curve is a blend of two monotone C1 curves through the same points, a monotone
+cubic (Fritsch-Carlson) and an ease that leaves and reaches each point flat and lingers
+near the lower value; neither overshoots its neighbouring control points, so all values
+stay within 0..255. One blend weight serves all tables; it is chosen so that the text
+has its documented size of 48576 bytes. Edit marks (value - 32768) go on the pinned entries first,
 in the order of PREFERRED_MARKS (the first entry late: entries 0..7 of a stored table
 are edit points anyway), until each plane has its count.
 
@@ -44,11 +47,13 @@ TABLES = {
 EXTRA_POINTS = {4: {1: (4, 6, 6), 2: (3, 3, 4), 3: (1, 0, 1)}}
 EXTRA_MARKS = {4: (2,)}
 
+TEXT_SIZE = 48576
+
 PREFERRED_MARKS = (120, 60, 180, 239, 30, 90, 150, 210, 0, 15, 45, 75, 105, 135, 165, 195, 225)
 
 
 def pchip(xs, ys):
-    """Values at 0..ENTRIES-1 of the monotone cubic through (xs, ys), rounded."""
+    """Values at 0..ENTRIES-1 of the monotone cubic through (xs, ys)."""
     n = len(xs)
     h = [xs[k + 1] - xs[k] for k in range(n - 1)]
     delta = [(ys[k + 1] - ys[k]) / h[k] for k in range(n - 1)]
@@ -75,18 +80,39 @@ def pchip(xs, ys):
         t2, t3 = t * t, t * t * t
         v = ((2 * t3 - 3 * t2 + 1) * ys[seg] + (t3 - 2 * t2 + t) * h[seg] * m[seg]
              + (-2 * t3 + 3 * t2) * ys[seg + 1] + (t3 - t2) * h[seg] * m[seg + 1])
-        out.append(min(255, max(0, int(v + 0.5))))
+        out.append(v)
     return out
 
 
-def table_text(number):
+def ease(xs, ys):
+    """Values at 0..ENTRIES-1 of the flat-ended ease through (xs, ys): within a piece, the
+    lower end plus the rise times smoothstep(u)^2, u measured from the lower end."""
+    out = []
+    seg = 0
+    for x in range(ENTRIES):
+        while seg < len(xs) - 2 and x > xs[seg + 1]:
+            seg += 1
+        t = (x - xs[seg]) / (xs[seg + 1] - xs[seg])
+        a, b = ys[seg], ys[seg + 1]
+        u = t if b >= a else 1 - t
+        w = (3 * u * u - 2 * u * u * u) ** 2
+        out.append(min(a, b) + abs(b - a) * w)
+    return out
+
+
+def curve(xs, ys, weight):
+    """The blend, rounded to whole values."""
+    return [min(255, max(0, int((1 - weight) * p + weight * e + 0.5))) for p, e in zip(pchip(xs, ys), ease(xs, ys))]
+
+
+def table_text(number, weight):
     pinned, counts = TABLES[number]
     points = {PINNED[k]: pinned[k] for k in range(len(PINNED))}
     points.update(EXTRA_POINTS.get(number, {}))
     xs = sorted(points)
     planes = []
     for c in range(3):
-        values = pchip(xs, [points[x][c] for x in xs])
+        values = curve(xs, [points[x][c] for x in xs], weight)
         for x in xs:
             assert values[x] == points[x][c], (number, c, x)
         order = list(EXTRA_MARKS.get(number, ())) + [e for e in PREFERRED_MARKS
@@ -99,10 +125,30 @@ def table_text(number):
     return "".join(line + "\r\n" for line in lines)
 
 
+def make_text(weight):
+    return "".join(table_text(n, weight) for n in range(4, 22)) + "\x1a"
+
+
+def find_weight():
+    """The blend weight that gives the documented size: the size falls, by steps of a
+    byte or so, as the weight grows, so halve the interval until it is met."""
+    lo, hi = 0.0, 1.0
+    for _ in range(60):
+        mid = (lo + hi) / 2
+        size = len(make_text(mid))
+        if size == TEXT_SIZE:
+            return mid
+        if size > TEXT_SIZE:
+            lo = mid
+        else:
+            hi = mid
+    raise SystemExit("no blend weight gives %d bytes" % TEXT_SIZE)
+
+
 def main():
     here = os.path.dirname(os.path.abspath(__file__))
     target = sys.argv[1] if len(sys.argv) > 1 else os.path.join(here, "..", "..", "resources", "color.par")
-    text = "".join(table_text(n) for n in range(4, 22)) + "\x1a"
+    text = make_text(find_weight())
     with open(target, "wb") as f:
         f.write(text.encode("ascii"))
     print("%s: %d bytes" % (os.path.normpath(target), len(text)))
