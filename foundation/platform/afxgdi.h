@@ -1280,5 +1280,8 @@ bool LastPrintedPage(std::vector<DWORD>& pixels, int& width, int& height);
 // The face the drawing layer asks the font system for when a face name is asked for (for
 // example "Arial" -> a metric-compatible sans face).
 std::string ResolvedFontFamily(const char* faceName);
+// The family the font system really gives for a logical font (after its own substitutions);
+// empty when no font can be had.
+std::string ActualFontFamily(const LOGFONTA& lf);
 
 }  // namespace orlex

@@ -378,6 +378,12 @@ QString Ellipsize(const QString& s, int maxWidth, const std::function<int(const 
 
 using namespace orlex::gdi;
 
+std::string orlex::ActualFontFamily(const LOGFONTA& lf) {
+    const int h = lf.lfHeight ? lf.lfHeight : -16;
+    const FontEntry& fe = EntryFor(lf, h);
+    return QFontInfo(fe.font).family().toStdString();
+}
+
 BOOL TextOutA(HDC hdc, int x, int y, LPCSTR s, int count) { return TextOutImpl(hdc, x, y, 0, nullptr, s, count, nullptr); }
 
 BOOL ExtTextOutA(HDC hdc, int x, int y, UINT options, const RECT* r, LPCSTR s, UINT count, const INT* dx) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -66,7 +67,14 @@ TEST(GdiFonts, FacesMapOntoMetricCompatibleFamilies) {
         {"Arial", "Liberation Sans"}, {"MS Sans Serif", "Liberation Sans"}, {"MS Shell Dlg", "Liberation Sans"},
         {"Tahoma", "Liberation Sans"}, {"Courier New", "Liberation Mono"}, {"Times New Roman", "Liberation Serif"},
     };
-    for (const auto& [face, family] : cases) EXPECT_EQ(orlex::ResolvedFontFamily(face), family) << face;
+    orlex::EnsureApplication();
+    for (const auto& [face, family] : cases) {
+        EXPECT_EQ(orlex::ResolvedFontFamily(face), family) << face;
+        LOGFONT lf{};
+        lf.lfHeight = -14;
+        std::strncpy(lf.lfFaceName, face, LF_FACESIZE - 1);
+        EXPECT_EQ(orlex::ActualFontFamily(lf), family) << face;  // the font system has it
+    }
     // A fixed face gives narrow and wide letters one width; a proportional one does not.
     Page mono(10, 10, -20, 0, "Courier New"), sans(10, 10, -20, 0, "Arial");
     EXPECT_EQ(mono.dc.GetTextExtent("iiii", 4).cx, mono.dc.GetTextExtent("WWWW", 4).cx);
