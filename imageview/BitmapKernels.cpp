@@ -127,25 +127,47 @@ bool HasAvx512()
     return has && g_useVector;
 }
 
-// Bytes 0 and 1 of each 64-bit lane of the result are table[bytes 0 and 1 of the lane's
+// Bytes 0 and 1 of each 32-bit lane of the result are table[bytes 0 and 1 of the lane's
 // index], the other bytes 0, for a 256-byte table held in four registers: two
 // permutations over 128 bytes each, chosen by each index byte's top bit (`upperHalf`).
 __attribute__((target("avx512f,avx512bw,avx512vbmi"))) inline __m512i Lookup256(const __m512i table[4],
                                                                                  __m512i index,
                                                                                  __mmask64 upperHalf)
 {
-    const __mmask64 twoBytes = 0x0303030303030303ull;
+    const __mmask64 twoBytes = 0x3333333333333333ull;
     const __m512i lower = _mm512_maskz_permutex2var_epi8(twoBytes, table[0], index, table[1]);
     const __m512i upper = _mm512_maskz_permutex2var_epi8(twoBytes, table[2], index, table[3]);
     return _mm512_mask_blend_epi8(upperHalf, lower, upper);
 }
 
-// Eight values at a time. t = trunc(x) is an integer below 2^40; its quotient by
-// 4294967295 = 2^32 - 1 is (t + (t >> 32) + 1) >> 32 and the remainder t - q * 2^32 + q,
-// exactly as the integer division gives them. The two ends of each lane's span come
-// from the table held in registers (gathers are slow on some processors); the step
-// (b - a) / 4294967295 is (b - a) times the reciprocal, which rounds to the same double
-// for every difference -255..255 (checked by the tests).
+// Eight values: x clamped to 0..n-1 and truncated, t, an integer below 2^40. Its
+// quotient by 4294967295 = 2^32 - 1 is (t + (t >> 32) + 1) >> 32 and the remainder
+// t - q * 2^32 + q, exactly as the integer division gives them. Gives the span (limited
+// to the top one; the remainder stays) as eight 32-bit integers and the remainder as
+// doubles.
+struct Fit24Lanes {
+    __m256i span;
+    __m512d rest;
+};
+
+__attribute__((target("avx512f,avx512dq"))) inline Fit24Lanes SpanAndRest(__m256i v, __m512d low, __m512d factor,
+                                                                         __m512d last, __m512i top)
+{
+    __m512d x = _mm512_mul_pd(_mm512_sub_pd(_mm512_cvtepi32_pd(v), low), factor);
+    x = _mm512_max_pd(x, _mm512_setzero_pd());  // NaN gives the second operand, 0
+    x = _mm512_min_pd(x, last);
+    const __m512i t = _mm512_cvttpd_epi64(x);
+    const __m512i one = _mm512_set1_epi64(1);
+    const __m512i q = _mm512_srli_epi64(_mm512_add_epi64(_mm512_add_epi64(t, _mm512_srli_epi64(t, 32)), one), 32);
+    const __m512d r = _mm512_cvtepi64_pd(_mm512_add_epi64(_mm512_sub_epi64(t, _mm512_slli_epi64(q, 32)), q));
+    return {_mm512_cvtepi64_epi32(_mm512_min_epu64(q, top)), r};
+}
+
+// Sixteen values at a time. The two ends of each lane's span come from the table held in
+// registers (gathers are slow on some processors); the step (b - a) / 4294967295 is
+// (b - a) times the reciprocal, which rounds to the same double for every difference
+// -255..255 (checked by the tests), and is then multiplied by the remainder as the rule
+// does.
 __attribute__((target("avx512f,avx512dq,avx512bw,avx512vbmi"))) void Fit24ValuesAvx512(const int* src,
                                                                                         unsigned char* dst,
                                                                                         std::size_t n,
@@ -156,48 +178,48 @@ __attribute__((target("avx512f,avx512dq,avx512bw,avx512vbmi"))) void Fit24Values
     const __m512d last = _mm512_set1_pd(plan.lastStep);
     const __m512i top = _mm512_set1_epi64(plan.top);
     const __m512d inverse = _mm512_set1_pd(1.0 / double(kFitSteps));
-    const __m512d zero = _mm512_setzero_pd();
-    const __m512i one = _mm512_set1_epi64(1);
-    const __m512i byteMask = _mm512_set1_epi64(0xFF);
+    const __m512i byteMask = _mm512_set1_epi32(0xFF);
+    const __m512i one = _mm512_set1_epi32(1);
     __m512i tables[3][4];
     for (int c = 0; c < 3; ++c)
         for (int k = 0; k < 4; ++k) tables[c][k] = _mm512_load_si512(plan.entries[c] + 64 * k);
-    // Byte 0 of each lane of blue, then green (second source), then red: 24 bytes of pixels.
-    alignas(64) static const unsigned char kBlueGreen[64] = {
-        0, 64, 0, 8, 72, 0, 16, 80, 0, 24, 88, 0, 32, 96, 0, 40, 104, 0, 48, 112, 0, 56, 120, 0,
-    };
-    alignas(64) static const unsigned char kAddRed[64] = {
-        0, 1, 64, 3, 4, 72, 6, 7, 80, 9, 10, 88, 12, 13, 96, 15, 16, 104, 18, 19, 112, 21, 22, 120,
-    };
-    const __m512i blueGreen = _mm512_load_si512(kBlueGreen);
-    const __m512i addRed = _mm512_load_si512(kAddRed);
+    // Byte 0 of each 32-bit lane of blue, then green (second source), then red: 48 bytes.
+    alignas(64) unsigned char blueGreenIndex[64] = {};
+    alignas(64) unsigned char addRedIndex[64] = {};
+    for (int p = 0; p < 16; ++p) {
+        blueGreenIndex[3 * p] = static_cast<unsigned char>(4 * p);
+        blueGreenIndex[3 * p + 1] = static_cast<unsigned char>(64 + 4 * p);
+        addRedIndex[3 * p] = static_cast<unsigned char>(3 * p);
+        addRedIndex[3 * p + 1] = static_cast<unsigned char>(3 * p + 1);
+        addRedIndex[3 * p + 2] = static_cast<unsigned char>(64 + 4 * p);
+    }
+    const __m512i blueGreen = _mm512_load_si512(blueGreenIndex);
+    const __m512i addRed = _mm512_load_si512(addRedIndex);
     std::size_t i = 0;
-    // Each step stores 32 bytes of which the last 8 belong to the next step, so the loop
-    // stops while three more pixels are left for the plain form.
-    for (; i + 11 <= n; i += 8, dst += 24) {
-        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i));
-        __m512d x = _mm512_mul_pd(_mm512_sub_pd(_mm512_cvtepi32_pd(v), low), factor);
-        x = _mm512_max_pd(x, zero);  // NaN gives the second operand, 0
-        x = _mm512_min_pd(x, last);
-        const __m512i t = _mm512_cvttpd_epi64(x);
-        __m512i q = _mm512_srli_epi64(_mm512_add_epi64(_mm512_add_epi64(t, _mm512_srli_epi64(t, 32)), one), 32);
-        const __m512d r = _mm512_cvtepi64_pd(_mm512_add_epi64(_mm512_sub_epi64(t, _mm512_slli_epi64(q, 32)), q));
-        q = _mm512_min_epu64(q, top);  // the remainder stays as it is
-
+    // Each step stores 64 bytes of which the last 16 belong to the next step, so the loop
+    // stops while six more pixels are left for the plain form.
+    for (; i + 22 <= n; i += 16, dst += 48) {
+        const Fit24Lanes lo = SpanAndRest(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i)), low, factor,
+                                          last, top);
+        const Fit24Lanes hi = SpanAndRest(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i + 8)), low,
+                                          factor, last, top);
+        const __m512i span = _mm512_inserti64x4(_mm512_castsi256_si512(lo.span), hi.span, 1);
         // Both ends of the span in one index: q in byte 0, q + 1 in byte 1.
-        const __m512i ends = _mm512_or_si512(q, _mm512_slli_epi64(_mm512_add_epi64(q, one), 8));
+        const __m512i ends = _mm512_or_si512(span, _mm512_slli_epi32(_mm512_add_epi32(span, one), 8));
         const __mmask64 upperHalf = _mm512_movepi8_mask(ends);
         __m512i channel[3];
         for (int c = 0; c < 3; ++c) {
             const __m512i both = Lookup256(tables[c], ends, upperHalf);
             const __m512i a = _mm512_and_si512(both, byteMask);
-            const __m512i b = _mm512_srli_epi64(both, 8);
-            const __m512d slope = _mm512_mul_pd(_mm512_cvtepi64_pd(_mm512_sub_epi64(b, a)), inverse);
-            channel[c] = _mm512_add_epi64(_mm512_cvttpd_epi64(_mm512_mul_pd(slope, r)), a);
+            const __m512i delta = _mm512_sub_epi32(_mm512_srli_epi32(both, 8), a);
+            const __m512d slopeLo = _mm512_mul_pd(_mm512_cvtepi32_pd(_mm512_castsi512_si256(delta)), inverse);
+            const __m512d slopeHi = _mm512_mul_pd(_mm512_cvtepi32_pd(_mm512_extracti64x4_epi64(delta, 1)), inverse);
+            const __m256i stepLo = _mm512_cvttpd_epi32(_mm512_mul_pd(slopeLo, lo.rest));
+            const __m256i stepHi = _mm512_cvttpd_epi32(_mm512_mul_pd(slopeHi, hi.rest));
+            channel[c] = _mm512_add_epi32(_mm512_inserti64x4(_mm512_castsi256_si512(stepLo), stepHi, 1), a);
         }
         const __m512i bg = _mm512_permutex2var_epi8(channel[0], blueGreen, channel[1]);
-        const __m512i bgr = _mm512_permutex2var_epi8(bg, addRed, channel[2]);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), _mm512_castsi512_si256(bgr));
+        _mm512_storeu_si512(dst, _mm512_permutex2var_epi8(bg, addRed, channel[2]));
     }
     Fit24ValuesPlain(src + i, dst, n - i, plan);
 }
