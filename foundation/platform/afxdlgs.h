@@ -659,10 +659,12 @@ public:
 protected:
     // Builds the window and its controls from the template; FALSE when it is missing.
     BOOL CreateFromTemplate(CWnd* parent, bool modal);
+    void RestoreFocus();
     bool m_modal = false;
     HFONT m_hFont = nullptr;  // the template's font, shared by its controls; owned
     int m_baseX = 6, m_baseY = 13;
     HWND m_hWndOwnerDisabled = nullptr;  // re-enabled when the modal loop ends
+    HWND m_hWndLastFocus = nullptr;      // the control that gets the focus back on activation
 
     DECLARE_MESSAGE_MAP()
 };

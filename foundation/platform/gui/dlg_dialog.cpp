@@ -39,8 +39,10 @@ UINT DlgCode(HWND hwnd, MSG* msg) {
     return static_cast<UINT>(::SendMessageA(hwnd, WM_GETDLGCODE, msg ? msg->wParam : 0, reinterpret_cast<LPARAM>(msg)));
 }
 
+// The control's own visibility counts: a dialog being built is still hidden.
 bool Focusable(HWND h) {
-    return ::IsWindowVisible(h) && ::IsWindowEnabled(h) && (StyleOf(h) & WS_TABSTOP);
+    const DWORD style = StyleOf(h);
+    return (style & WS_VISIBLE) && !(style & WS_DISABLED) && (style & WS_TABSTOP);
 }
 
 // The control of the dialog that holds hwnd (hwnd itself, or the child of the dialog that
@@ -295,7 +297,10 @@ BOOL CDialog::CreateFromTemplate(CWnd* parent, bool modal) {
     m_modal = modal;
     HWND first = ::GetNextDlgTabItem(m_hWnd, nullptr, FALSE);
     if (SendMessage(WM_INITDIALOG, reinterpret_cast<WPARAM>(first), 0) && ::IsWindow(m_hWnd)) FocusControl(first);
-    return ::IsWindow(m_hWnd);
+    if (!::IsWindow(m_hWnd)) return FALSE;
+    HWND focus = ::GetFocus();
+    m_hWndLastFocus = (focus && ::IsChild(m_hWnd, focus)) ? focus : first;
+    return TRUE;
 }
 
 INT_PTR CDialog::DoModal() {
@@ -315,6 +320,7 @@ INT_PTR CDialog::DoModal() {
         m_hWndOwnerDisabled = owner;
     }
     ShowWindow(SW_SHOW);
+    RestoreFocus();
     const int result = RunModalLoop(0);
     if (m_hWndOwnerDisabled) {
         ::EnableWindow(m_hWndOwnerDisabled, TRUE);
@@ -373,6 +379,15 @@ LRESULT CDialog::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
         // Closing a dialog's window is its Cancel.
         SendMessage(WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), reinterpret_cast<LPARAM>(::GetDlgItem(m_hWnd, IDCANCEL)));
         return 0;
+    case WM_ACTIVATE: {
+        if (LOWORD(wParam) == WA_INACTIVE) {
+            HWND f = ::GetFocus();
+            if (f && ::IsChild(m_hWnd, f)) m_hWndLastFocus = f;
+        }
+        const LRESULT r = CWnd::WindowProc(message, wParam, lParam);
+        if (LOWORD(wParam) != WA_INACTIVE && m_hWnd) RestoreFocus();
+        return r;
+    }
     case WM_SETFONT:
         return 0;
     case WM_GETFONT:
@@ -383,6 +398,13 @@ LRESULT CDialog::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 BOOL CDialog::OnCommand(WPARAM wParam, LPARAM lParam) { return CWnd::OnCommand(wParam, lParam); }
+
+// An activated dialog gives the focus back to the control that had it.
+void CDialog::RestoreFocus() {
+    HWND f = ::GetFocus();
+    if (f && ::IsChild(m_hWnd, f)) return;
+    if (m_hWndLastFocus && ::IsWindow(m_hWndLastFocus) && ::IsChild(m_hWnd, m_hWndLastFocus)) ::SetFocus(m_hWndLastFocus);
+}
 
 void CDialog::SetDlgItemText(int id, LPCSTR text) { ::SetDlgItemTextA(m_hWnd, id, text); }
 int CDialog::GetDlgItemText(int id, LPSTR buffer, int size) const {
