@@ -72,6 +72,14 @@ int* CImageAdjust::FieldOf(UINT id)
 
 void CImageAdjust::UpdateControl(UINT id)
 {
+    // A failed check moves the focus back to its edit, which takes it from another edit
+    // whose own kill-focus update would check the same bad text again, and so on.
+    if (m_bInUpdate) return;
+    struct Busy {
+        bool& flag;
+        explicit Busy(bool& f) : flag(f) { flag = true; }
+        ~Busy() { flag = false; }
+    } busy(m_bInUpdate);
     int* field = FieldOf(id);
     const int kept = field ? *field : 0;
     if (UpdateData(TRUE)) {

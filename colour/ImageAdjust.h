@@ -50,6 +50,7 @@ protected:
 
 private:
     int* FieldOf(UINT id);
+    bool m_bInUpdate = false;
 
     DECLARE_MESSAGE_MAP()
 };
