@@ -56,6 +56,8 @@ void KeepOwnedOnce(CObList& list, const CRuntimeClass* cls, const CObList* other
 }  // namespace
 
 BEGIN_MESSAGE_MAP(CImageView, CWnd)
+    ON_WM_CREATE()
+    ON_WM_TIMER()
     ON_WM_DESTROY()
     ON_WM_PAINT()
     ON_WM_ERASEBKGND()
@@ -82,6 +84,8 @@ CImageView::~CImageView()
 {
     // The window goes first, while the handlers of this class still exist.
     if (m_hWnd) DestroyWindow();
+    delete m_pCoordTip;
+    m_pCoordTip = nullptr;
     FreeDib();
     DeleteMemBitmap();
     ClearZoomList();
@@ -496,6 +500,9 @@ void CImageView::UpdateImageLine(int line, int direction, int* data)
 
 void CImageView::OnDestroy()
 {
+    if (m_tipTimer) KillTimer(m_tipTimer);
+    if (m_coordTimer) KillTimer(m_coordTimer);
+    m_tipTimer = m_coordTimer = 0;
     while (!m_cursors.IsEmpty()) delete m_cursors.RemoveHead();
     ClearZoomList();
     CWnd::OnDestroy();

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "foundation/platform/afx.h"
+#include "foundation/platform/afxdlgs.h"
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/afxwin.h"
 #include "imageview/CursorPos.h"
@@ -30,6 +31,13 @@ struct DPOINT {
     double x = 0.0;
     double y = 0.0;
     CPoint origin{0, 0};
+};
+
+// What the view asks the host for its coordinate tooltip ("MESSAGE_UPDATE_TOOL_TIP"): the
+// host writes a text of up to 159 characters for the mouse point (view pixels).
+struct CoordTipRequest {
+    char text[160];
+    CPoint point;
 };
 
 class CImageView : public CWnd {
@@ -101,6 +109,19 @@ public:
         m_cursorScale.x = x;
         m_cursorScale.y = y;
     }
+
+    // Tooltips ---------------------------------------------------------------------------------
+    // Cursor tooltips on (non-zero) or off.
+    void EnableToolText(int on) { m_bToolText = on; }
+    // The fixed text shown at display level 3 while the mouse is over the view.
+    void SetToolTipText(const char* text) { m_strToolTipText = text ? text : ""; }
+    // Whether the coordinate tooltip follows the mouse (default 1).
+    void SetTrackToolTip(int on) { m_bTrackToolTip = on; }
+    // The coordinate tooltip on or off; either way it is hidden and its timer stopped.
+    void setCoordinateDisplay(bool on);
+    // The two tooltip controls (the coordinate one is null while it is off). Owned by the view.
+    CToolTipCtrl* GetCursorTip() { return &m_toolTip; }
+    CToolTipCtrl* GetCoordinateTip() { return m_pCoordTip; }
 
     // Invalid-data display ------------------------------------------------------------------
     bool GetAllowInvalidDataDisp() const { return m_bAllowInvalidDataDisp; }
@@ -183,6 +204,8 @@ public:
     static int m_bTempCurMode;
 
 protected:
+    int OnCreate(LPCREATESTRUCT cs) override;
+    void OnTimer(UINT_PTR id) override;
     void OnDestroy() override;
     void OnPaint() override;
     BOOL OnEraseBkgnd(CDC* dc) override;
@@ -218,6 +241,15 @@ private:
     // notice of type 10. Returns how many went.
     int ClearAllCursors(int notify, int all);
     void SendClearedNotice();
+    // Makes a tooltip of this view with one tracking tool for the window; false on failure.
+    bool MakeTip(CToolTipCtrl& tip);
+    // Shows `text` at the screen point by the tracking tool, or hides the tip.
+    void TrackTip(CToolTipCtrl& tip, const char* text, POINT screen);
+    void HideTip(CToolTipCtrl& tip, bool activate);
+    // The tooltip steps of a mouse move: the coordinate tip before the pan, the fixed text
+    // of level 3 after it.
+    void CoordTipOnMouseMove(UINT flags, CPoint point);
+    void FixedTipOnMouseMove();
     CSize WindowSize() const;
     // Data pixels per screen pixel of m_panRect over the window.
     void SetPanScale();
@@ -231,6 +263,15 @@ private:
     int m_nCols = 0;
     int m_nMode = 4;
     int m_nTooltipDisplayLevel = 0;
+    CToolTipCtrl m_toolTip;
+    CToolTipCtrl* m_pCoordTip = nullptr;
+    int m_bToolText = 0;
+    int m_bTrackToolTip = 1;
+    CString m_strToolTipText;
+    int m_bTipShown = 0;
+    int m_bCoordTipShown = 0;
+    UINT_PTR m_tipTimer = 0;
+    UINT_PTR m_coordTimer = 0;
     double m_dLow = 0.0;
     double m_dHigh = 0.0;
     int* m_pData = nullptr;

@@ -405,6 +405,7 @@ void CImageView::OnLButtonDown(UINT flags, CPoint point)
 
 void CImageView::OnMouseMove(UINT flags, CPoint point)
 {
+    CoordTipOnMouseMove(flags, point);
     if (IsPanSource()) {
         UpdatePan(point, 0);
         CImageViewFrame* f = Frame();
@@ -417,6 +418,7 @@ void CImageView::OnMouseMove(UINT flags, CPoint point)
     } else if (GetPanMode() && !(flags & MK_LBUTTON)) {
         ShowPointer(kOpenHandPointer);
     }
+    FixedTipOnMouseMove();
     Default();
 }
 

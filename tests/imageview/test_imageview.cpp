@@ -474,6 +474,50 @@ TEST_F(ImageViewTest, ScanMarkerAndLineMarkThroughTheFrame)
     frame.DestroyWindow();
 }
 
+TEST_F(ImageViewTest, CoordinateTooltipShowsTheHostsTextUntilTheMouseLeaves)
+{
+    StandInFrame frame;
+    ASSERT_TRUE(frame.CreateFrame(&host, CRect(0, 0, 300, 200)));
+    CImageView view(false);
+    frame.view = &view;
+    ASSERT_TRUE(MakeView(view, &frame, 100, 100));
+    const HWND w = view.GetSafeHwnd();
+    view.setCoordinateDisplay(true);
+    ASSERT_NE(view.GetCoordinateTip(), nullptr);
+    orlex::test::MouseMove(w, CPoint(20, 30));
+    const auto asked = host.Of(MESSAGE_UPDATE_TOOL_TIP);
+    ASSERT_EQ(asked.size(), 1u);
+    EXPECT_EQ(asked[0].wp, 0u);
+    EXPECT_EQ(asked[0].point, CPoint(20, 30));
+    EXPECT_STREQ(view.GetCoordinateTip()->GetShownText().GetString(), "x=20 y=30");
+    // A drag with the left button alone hides it and asks nothing.
+    orlex::test::MouseDown(w, CPoint(20, 30));
+    const size_t asks = host.Of(MESSAGE_UPDATE_TOOL_TIP).size();
+    orlex::test::MouseMove(w, CPoint(25, 30));
+    EXPECT_STREQ(view.GetCoordinateTip()->GetShownText().GetString(), "");
+    EXPECT_EQ(host.Of(MESSAGE_UPDATE_TOOL_TIP).size(), asks);
+    orlex::test::MouseUp(w, CPoint(25, 30));
+    orlex::test::MouseMove(w, CPoint(40, 41));
+    EXPECT_STREQ(view.GetCoordinateTip()->GetShownText().GetString(), "x=40 y=41");
+    // Once the mouse has left, the next tick of the tooltip's timer hides it.
+    orlex::test::MouseMove(frame.GetSafeHwnd(), CPoint(250, 150));
+    orlex::test::AdvanceClock(1000);
+    EXPECT_STREQ(view.GetCoordinateTip()->GetShownText().GetString(), "");
+    view.setCoordinateDisplay(false);
+    EXPECT_EQ(view.GetCoordinateTip(), nullptr);
+
+    // Display level 3 shows the fixed text while the mouse is over the view.
+    view.SetTooltipDisplayLevel(3);
+    view.SetToolTipText("Channel 2");
+    orlex::test::MouseMove(w, CPoint(10, 10));
+    EXPECT_STREQ(view.GetCursorTip()->GetShownText().GetString(), "Channel 2");
+    view.SetTooltipDisplayLevel(0);
+    orlex::test::MouseMove(w, CPoint(60, 70));  // clear of the tip, which stands at the top left
+    EXPECT_STREQ(view.GetCursorTip()->GetShownText().GetString(), "");
+    view.DestroyWindow();
+    frame.DestroyWindow();
+}
+
 TEST_F(ImageViewTest, BadParametersOfTheDrawingCallsTellTheUser)
 {
     const char* imageText = "CBorderCon::DrawImage - bad parameter passed\n";

@@ -1,5 +1,7 @@
 #include "test_imageview_util.h"
 
+#include <cstdio>
+
 #include "foundation/platform/afxgdi.h"
 
 namespace ivtest {
@@ -14,6 +16,7 @@ BEGIN_MESSAGE_MAP(Recorder, CWnd)
     ON_REGISTERED_MESSAGE(MESSAGE_IMAGEVIEW_MOUSE_WHEEL_STR, OnWheel)
     ON_REGISTERED_MESSAGE(MESSAGE_CURSOR_NOTIFY_STR, OnCursorNotify)
     ON_REGISTERED_MESSAGE(MESSAGE_REMOVE_CURSOR_STR, OnRemoveCursor)
+    ON_REGISTERED_MESSAGE(MESSAGE_UPDATE_TOOL_TIP, OnToolTip)
 END_MESSAGE_MAP()
 
 BEGIN_MESSAGE_MAP(StandInFrame, Recorder)
@@ -62,6 +65,18 @@ LRESULT Recorder::OnCursorNotify(WPARAM wp, LPARAM lp)
 {
     Note(MESSAGE_CURSOR_NOTIFY_STR, wp, lp);
     if (lp) log.back().pos = *reinterpret_cast<CURSOR_POS*>(lp);
+    return 0;
+}
+
+// Answers the coordinate tooltip's request with "x=<x> y=<y>".
+LRESULT Recorder::OnToolTip(WPARAM wp, LPARAM lp)
+{
+    Note(MESSAGE_UPDATE_TOOL_TIP, wp, lp);
+    auto* req = reinterpret_cast<CoordTipRequest*>(lp);
+    if (req) {
+        log.back().point = req->point;
+        std::snprintf(req->text, sizeof req->text, "x=%d y=%d", int(req->point.x), int(req->point.y));
+    }
     return 0;
 }
 

@@ -42,6 +42,7 @@ protected:
     LRESULT OnDblClick(WPARAM wp, LPARAM lp);
     LRESULT OnWheel(WPARAM wp, LPARAM lp);
     LRESULT OnCursorNotify(WPARAM wp, LPARAM lp);
+    LRESULT OnToolTip(WPARAM wp, LPARAM lp);
     LRESULT OnRemoveCursor(WPARAM wp, LPARAM lp) { return Note(MESSAGE_REMOVE_CURSOR_STR, wp, lp); }
     LRESULT Note(UINT msg, WPARAM wp, LPARAM lp);
     DECLARE_MESSAGE_MAP()
