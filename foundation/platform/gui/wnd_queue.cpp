@@ -218,8 +218,13 @@ void SetManualClock(bool manual, ULONGLONG startMs) {
 }
 
 void SetManualTime(ULONGLONG ms) {
-    std::lock_guard<std::mutex> g(g_clockLock);
-    g_manualNow = ms;
+    {
+        std::lock_guard<std::mutex> g(g_clockLock);
+        g_manualNow = ms;
+    }
+    // Threads waiting in GetMessageA look again: a timer of theirs may be due now.
+    std::lock_guard<std::mutex> g(Lock());
+    for (auto& [id, q] : Queues()) q->cv.notify_all();
 }
 
 }  // namespace orlex::detail

@@ -420,3 +420,49 @@ TEST(CrossThread, SendsBothWaysDoNotDeadlock) {
 }
 
 }  // namespace
+
+namespace {
+
+// Timers of a worker's window fire on the worker, when the test clock passes their time.
+struct WorkerTimer {
+    std::atomic<bool> armed{false};
+    std::atomic<int> fired{0};
+    std::atomic<DWORD> firedOn{0};
+};
+UINT TimerWorker(LPVOID p) {
+    auto* wt = static_cast<WorkerTimer*>(p);
+    CWnd w;
+    w.CreateEx(0, nullptr, "timer", WS_POPUP, CRect(0, 0, 10, 10), nullptr, 0);
+    w.SetTimer(4, 50, nullptr);
+    wt->armed = true;
+    MSG m;
+    while (::GetMessageA(&m, nullptr, 0, 0) > 0) {
+        if (m.message == WM_TIMER && m.wParam == 4) {
+            wt->firedOn = ::GetCurrentThreadId();
+            if (++wt->fired == 1) ::PostQuitMessage(0);
+        }
+    }
+    w.DestroyWindow();
+    return 0;
+}
+
+TEST(CrossThread, WorkerTimersFollowTheTestClock) {
+    orlex::test::Init();
+    WorkerTimer wt;
+    CWinThread* t = AfxBeginThread(TimerWorker, &wt, 0, 0, CREATE_SUSPENDED);
+    ASSERT_NE(t, nullptr);
+    t->m_bAutoDelete = FALSE;
+    t->ResumeThread();
+    auto until = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!wt.armed && std::chrono::steady_clock::now() < until) std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_EQ(wt.fired, 0);  // real time passing does not move the test clock
+    orlex::test::AdvanceClock(60);
+    ASSERT_TRUE(t->Join(10000));
+    EXPECT_EQ(wt.fired, 1);
+    EXPECT_EQ(wt.firedOn, t->m_nThreadID);
+    EXPECT_NE(wt.firedOn, ::GetCurrentThreadId());
+    delete t;
+}
+
+}  // namespace

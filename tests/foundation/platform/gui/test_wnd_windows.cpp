@@ -225,12 +225,6 @@ TEST_F(Windows, ClipChildrenKeepsTheParentOffItsChildren) {
     EXPECT_EQ(orlex::test::Pixel(frame.m_hWnd, POINT{5, 5}), RGB(0, 255, 0));
 }
 
-TEST_F(Windows, SafeHandleOfNoObjectIsNull) {
-    CWnd* volatile none = nullptr;
-    EXPECT_EQ(none->GetSafeHwnd(), nullptr);
-    EXPECT_EQ(top.GetSafeHwnd(), top.m_hWnd);
-}
-
 TEST_F(Windows, WindowTextRoundTrip) {
     top.SetWindowText("R\xB5m 3\xB2");
     CString s;
