@@ -217,13 +217,13 @@ BOOL CWnd::PreCreateWindow(CREATESTRUCT& cs) {
 
 BOOL CWnd::Create(LPCSTR className, LPCSTR windowName, DWORD style, const RECT& rect, CWnd* parent, UINT id,
                   void*) {
-    if (!parent || !parent->m_hWnd) return FALSE;
+    // Without a parent the creation fails as any other: the object hears PostNcDestroy.
     return CreateEx(0, className, windowName, (style | WS_CHILD) & ~WS_POPUP, rect, parent, id, nullptr);
 }
 
 BOOL CWnd::CreateEx(DWORD exStyle, LPCSTR className, LPCSTR windowName, DWORD style, const RECT& rect, CWnd* parent,
                     UINT id, LPVOID param) {
-    HWND hp = parent ? parent->m_hWnd : nullptr;
+    HWND hp = parent ? parent->GetSafeHwnd() : nullptr;
     HMENU idOrMenu = (style & WS_CHILD) ? reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)) : nullptr;
     return CreateEx(exStyle, className, windowName, style, rect.left, rect.top, rect.right - rect.left,
                     rect.bottom - rect.top, hp, idOrMenu, param);

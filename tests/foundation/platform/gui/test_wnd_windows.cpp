@@ -343,3 +343,35 @@ TEST_F(Windows, HierarchyWalksAndReparenting) {
 }
 
 }  // namespace
+
+namespace {
+
+struct BackgroundCase {
+    const char* cls;
+    HBRUSH brush;      // the class background: a system colour + 1, a brush, or none
+    COLORREF expect;   // after the window is shown and pumped
+};
+
+TEST_F(Windows, DefaultEraseFillsWithTheClassBackground) {
+    static CBrush red(RGB(255, 0, 0));
+    const BackgroundCase cases[] = {
+        {"BgFace", reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_3DFACE + 1)), ::GetSysColor(COLOR_3DFACE)},
+        {"BgInfo", reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_INFOBK + 1)), ::GetSysColor(COLOR_INFOBK)},
+        {"BgRed", static_cast<HBRUSH>(red.GetSafeHandle()), RGB(255, 0, 0)},
+    };
+    for (const auto& c : cases) {
+        WNDCLASSA wc{};
+        wc.style = CS_HREDRAW | CS_VREDRAW | CS_DBLCLKS;
+        wc.lpfnWndProc = ::DefWindowProcA;
+        wc.hbrBackground = c.brush;
+        wc.lpszClassName = c.cls;
+        ASSERT_TRUE(AfxRegisterClass(&wc));
+        CWnd w;
+        ASSERT_TRUE(w.Create(c.cls, nullptr, WS_VISIBLE, CRect(0, 0, 30, 20), &top, 1));
+        orlex::test::Pump();
+        EXPECT_EQ(orlex::test::Pixel(w.m_hWnd, POINT{29, 19}), c.expect) << c.cls;
+        w.DestroyWindow();
+    }
+}
+
+}  // namespace
