@@ -118,10 +118,11 @@ void DrawArrow(CDC* dc, const RECT& r, int dir, COLORREF colour) {
     for (int i = 0; i < w; ++i) {
         const int half = w - 1 - i;
         switch (dir) {
-        case 0: dc->FillSolidRect(cx - half, cy - w / 2 + i, 2 * half + 1, 1, colour); break;
-        case 1: dc->FillSolidRect(cx - i, cy - w / 2 + i, 2 * i + 1, 1, colour); break;
-        case 2: dc->FillSolidRect(cx - w / 2 + i, cy - half, 1, 2 * half + 1, colour); break;
-        default: dc->FillSolidRect(cx - w / 2 + i, cy - i, 1, 2 * i + 1, colour); break;
+        // Row (or column) i from the tip: the tip is narrow, the base wide.
+        case 0: dc->FillSolidRect(cx - i, cy - w / 2 + i, 2 * i + 1, 1, colour); break;
+        case 1: dc->FillSolidRect(cx - half, cy - w / 2 + i, 2 * half + 1, 1, colour); break;
+        case 2: dc->FillSolidRect(cx - w / 2 + i, cy - i, 1, 2 * i + 1, colour); break;
+        default: dc->FillSolidRect(cx - w / 2 + i, cy - half, 1, 2 * half + 1, colour); break;
         }
     }
 }

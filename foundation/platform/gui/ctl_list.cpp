@@ -433,6 +433,11 @@ LRESULT ComboProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     switch (msg) {
     case WM_CREATE: {
         LRESULT r = ::DefWindowProcA(hwnd, msg, wp, lp);
+        // Scroll bar styles belong to the dropped list, not to the combo's own frame.
+        if (StyleOf(hwnd) & (WS_VSCROLL | WS_HSCROLL)) {
+            ::SetWindowLongPtrA(hwnd, GWL_STYLE, static_cast<LONG_PTR>(StyleOf(hwnd) & ~(WS_VSCROLL | WS_HSCROLL)));
+            ::SetWindowPos(hwnd, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+        }
         const auto* cs = reinterpret_cast<const CREATESTRUCTA*>(lp);
         if (cs) s.dropHeight = cs->cy;
         m.sorted = (StyleOf(hwnd) & CBS_SORT) != 0;

@@ -1,0 +1,21 @@
+// The demo host: one function per scene. Each builds its windows as children of `parent`
+// inside `area` (client coordinates) and returns false when it can't.
+#pragma once
+
+#include <string>
+
+#include "foundation/platform/afxwin.h"
+
+// A line plot drawn with pens: axes, a dotted grid, two curves, labels (one at 90 degrees).
+bool DemoPlotScene(CWnd* parent, const CRect& area);
+// A synthetic sample (a few bumps and a tilt) through several colour tables, as 8-bit
+// blocks with palettes, and a 24-bit block, stretched with StretchDIBits.
+bool DemoColourTablesScene(CWnd* parent, const CRect& area);
+// The dialog controls in a panel: texts, edit, buttons, combo box, trackbar, scroll bar,
+// up-down with its buddy, list box and a tracking tooltip.
+bool DemoControlsScene(CWnd* parent, const CRect& area);
+// The image view scenes (scene_imageview.cpp).
+bool DemoImageViewScenes(CWnd* parent, const CRect& area);
+
+// Writes the window (with its frame) as a PNG file; false when it can't be written.
+bool SaveWindowPng(CWnd* wnd, const std::string& path);

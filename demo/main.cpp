@@ -1,0 +1,118 @@
+// The demo host: a top-level window with the library's scenes as child windows. Headless
+// (no display), it writes PNG screenshots into a folder it prints (demo-out/, or --out DIR);
+// with a display it shows the window and runs the message loop until it is closed.
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <thread>
+
+#include "demo/demo.h"
+#include "foundation/OrlexUI.h"
+#include "foundation/platform/afxdlgs.h"
+#include "foundation/platform/afxgdi.h"
+
+namespace {
+
+// The main window: it ends the message loop when it goes.
+class MainWindow : public CWnd {
+protected:
+    void OnDestroy() override {
+        CWnd::OnDestroy();
+        PostQuitMessage(0);
+    }
+    DECLARE_MESSAGE_MAP()
+};
+
+BEGIN_MESSAGE_MAP(MainWindow, CWnd)
+    ON_WM_DESTROY()
+END_MESSAGE_MAP()
+
+struct Scene {
+    const char* name;
+    bool (*build)(CWnd*, const CRect&);
+    CRect area;
+};
+
+// The scenes and where they stand in the main window's client area. A new scene is one
+// more line here.
+const Scene kScenes[] = {
+    {"image view", DemoImageViewScenes, CRect(0, 0, 640, 330)},
+    {"plot", DemoPlotScene, CRect(650, 5, 1270, 325)},
+    {"colour tables", DemoColourTablesScene, CRect(5, 335, 640, 560)},
+    {"controls", DemoControlsScene, CRect(650, 335, 1135, 560)},
+};
+
+// Lets timers and paints run for a while on the real clock.
+void RunFor(int ms) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+    while (std::chrono::steady_clock::now() < end) {
+        orlex::PumpPending();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    orlex::PumpPending();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::string out = "demo-out";
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--out") == 0 && i + 1 < argc) out = argv[++i];
+        else if (std::strcmp(argv[i], "--help") == 0) {
+            std::printf("usage: %s [--out DIR]\n", argv[0]);
+            return 0;
+        }
+    }
+    orlex::EnsureApplication();
+    OrlexUI::Initialize(false);
+
+    MainWindow main;
+    LPCSTR cls = AfxRegisterWndClass(CS_DBLCLKS, nullptr, reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1)));
+    if (!main.CreateEx(0, cls, "orlexUI demo", WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN, CRect(20, 20, 1300, 620), nullptr, 0)) {
+        std::fprintf(stderr, "the main window could not be made\n");
+        return 1;
+    }
+    CRect wr, cr;
+    main.GetWindowRect(&wr);
+    main.GetClientRect(&cr);
+    main.MoveWindow(wr.left, wr.top, 1275 + wr.Width() - cr.Width(), 565 + wr.Height() - cr.Height());
+    for (const Scene& s : kScenes)
+        if (!s.build(&main, s.area)) std::fprintf(stderr, "scene \"%s\" could not be built\n", s.name);
+
+    // The colour adjustment dialog, modeless, beside the main window.
+    CDialog adjust;
+    if (adjust.Create(10005u, &main)) {
+        adjust.SetDlgItemInt(10042, 2);
+        adjust.SetDlgItemInt(10043, static_cast<UINT>(-16));
+        adjust.SetDlgItemInt(10040, 12);
+        adjust.SetWindowPos(nullptr, 1320, 40, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        adjust.ShowWindow(SW_SHOW);
+    }
+    main.UpdateWindow();
+
+    if (!orlex::IsHeadless()) {
+        while (AfxPumpMessage()) {
+        }
+        return 0;
+    }
+
+    RunFor(1200);  // the live scan moves on a timer
+    std::error_code ec;
+    std::filesystem::create_directories(out, ec);
+    const std::string dir = std::filesystem::absolute(out, ec).string();
+    struct Shot { CWnd* wnd; const char* file; };
+    const Shot shots[] = {{&main, "main.png"}, {&adjust, "color-adjustment.png"}};
+    int written = 0;
+    for (const Shot& s : shots) {
+        const std::string path = dir + "/" + s.file;
+        if (SaveWindowPng(s.wnd, path)) ++written;
+        else std::fprintf(stderr, "could not write %s\n", path.c_str());
+    }
+    std::printf("orlexUI demo: %d screenshots in %s\n", written, dir.c_str());
+    adjust.DestroyWindow();
+    main.DestroyWindow();
+    OrlexUI::Shutdown();
+    return written == static_cast<int>(sizeof shots / sizeof shots[0]) ? 0 : 1;
+}
