@@ -126,13 +126,14 @@ TEST_F(ImageViewTest, OfflineWindowIsTheNearestStretchOfTheZoomRectangle)
         CSize client;
         CRect zoom;
         bool inFrame;
+        CSize madeAt;  // when set, the view is made at this size and then resized
     } cases[] = {
-        {"whole image enlarged", {200, 150}, {0, 0, 64, 48}, false},
-        {"whole image, one to one", {64, 48}, {0, 0, 64, 48}, false},
-        {"whole image shrunk", {40, 30}, {0, 0, 64, 48}, false},
-        {"zoomed part", {200, 150}, {8, 4, 40, 36}, false},
-        {"3 x 3 data pixels over an odd size", {97, 61}, {30, 20, 33, 23}, false},
-        {"zoomed part through the frame's paint", {180, 120}, {20, 10, 52, 34}, true},
+        {"whole image enlarged", {200, 150}, {0, 0, 64, 48}, false, {}},
+        {"whole image shrunk", {40, 30}, {0, 0, 64, 48}, false, {}},
+        {"zoomed part", {200, 150}, {8, 4, 40, 36}, false, {}},
+        {"3 x 3 data pixels over an odd size", {97, 61}, {30, 20, 33, 23}, false, {}},
+        {"zoomed part through the frame's paint", {180, 120}, {20, 10, 52, 34}, true, {}},
+        {"resized: a new memory bitmap of the new size", {150, 47}, {0, 0, 64, 48}, false, {100, 80}},
     };
     for (const Case& c : cases) {
         StandInFrame frame;
@@ -143,8 +144,16 @@ TEST_F(ImageViewTest, OfflineWindowIsTheNearestStretchOfTheZoomRectangle)
         }
         CImageView view(false);
         frame.view = &view;
-        ASSERT_TRUE(MakeView(view, parent, c.client.cx, c.client.cy));
+        const CSize made = c.madeAt.cx ? c.madeAt : c.client;
+        ASSERT_TRUE(MakeView(view, parent, made.cx, made.cy));
         view.DrawImage(data.data(), rows, cols, Scan(), table.data(), 1.0, low, high, {});
+        if (c.madeAt.cx) {
+            view.MoveWindow(0, 0, c.client.cx, c.client.cy);
+            BITMAP bm{};
+            ASSERT_NE(view.GetMemBitmap()->GetBitmap(&bm), 0);
+            EXPECT_EQ(CSize(bm.bmWidth, bm.bmHeight), c.client);
+            view.Invalidate(FALSE);
+        }
         if (c.zoom != CRect(0, 0, cols, rows)) {
             CRect z = c.zoom;
             ASSERT_EQ(view.AddZoomRecord(z, 0), 1);
@@ -164,21 +173,6 @@ TEST_F(ImageViewTest, OfflineWindowIsTheNearestStretchOfTheZoomRectangle)
         if (c.inFrame) frame.DestroyWindow();
         host.Clear();
     }
-}
-
-TEST_F(ImageViewTest, OfflineColourChangeRebuildsFromTheKeptData)
-{
-    const int rows = 16, cols = 16;
-    std::vector<int> data = Ramp(rows, cols);
-    auto table = ivtest::TestTable(), other = ivtest::TestTable(100);
-    CImageView view(false);
-    ASSERT_TRUE(MakeView(view, &host, 64, 64));
-    view.DrawImage(data.data(), rows, cols, Scan(), table.data(), 1.0, -3e6, 2e6, {});
-    EXPECT_TRUE(view.HasData());
-    view.SetColorTable(other.data());
-    std::string first;
-    const auto want = ExpectedOffline(data, rows, cols, CRect(0, 0, cols, rows), 64, 64, other, -3e6, 2e6, false);
-    EXPECT_EQ(Mismatches(Window(view, 64, 64), want, 64, first), 0) << first;
 }
 
 TEST_F(ImageViewTest, LiveLinesFillTheWindowFromTheBottom)
@@ -208,6 +202,21 @@ TEST_F(ImageViewTest, LiveLinesFillTheWindowFromTheBottom)
     }
     // Lines not scanned yet still show the blank image.
     EXPECT_EQ(orlex::test::Pixel(view.GetSafeHwnd(), CPoint(5, 2)), FromQuad(table[0]));
+
+    // A colour change rewrites the palette only: the indices stay, the window shows them
+    // through the new table.
+    auto other = ivtest::TestTable(77);
+    const auto* b = reinterpret_cast<const BYTE*>(view.LockBitmap());
+    const std::vector<BYTE> before(b + kBitmap8BitPixelOffset, b + kBitmap8BitPixelOffset + rows * cols);
+    view.UnLockBitmap();
+    view.SetColorTable(other.data());
+    b = reinterpret_cast<const BYTE*>(view.LockBitmap());
+    EXPECT_EQ(0, std::memcmp(b + kBitmap8BitPixelOffset, before.data(), before.size()));
+    EXPECT_EQ(0, std::memcmp(b + 40, other.data(), 1024));
+    view.UnLockBitmap();
+    orlex::test::Pump();
+    for (int c = 0; c < cols; c += 9)
+        EXPECT_EQ(orlex::test::Pixel(view.GetSafeHwnd(), CPoint(2 * c, 2 * (rows - 1 - 11))), FromQuad(other[before[11 * cols + c]]));
 }
 
 TEST_F(ImageViewTest, LiveStripsAreLimitedToOneIn160Milliseconds)
@@ -238,55 +247,6 @@ TEST_F(ImageViewTest, LiveStripsAreLimitedToOneIn160Milliseconds)
     EXPECT_TRUE(shows(2));
     EXPECT_TRUE(shows(1));
     EXPECT_FALSE(shows(3));
-}
-
-TEST_F(ImageViewTest, LiveColourChangeRewritesThePaletteOnly)
-{
-    const int rows = 8, cols = 8;
-    auto table = ivtest::TestTable(), other = ivtest::TestTable(77);
-    std::vector<int> data(rows * cols);
-    for (int i = 0; i < rows * cols; ++i) data[i] = (i * 60 - 2000) * 1000000;
-    CImageView view(true);
-    ASSERT_TRUE(MakeView(view, &host, 32, 32));
-    view.DrawImage(data.data(), rows, cols, Scan(), table.data(), 1.0, -kHalfScale, kHalfScale, {});
-    auto pixelBytes = [&] {
-        const auto* b = reinterpret_cast<const BYTE*>(view.LockBitmap());
-        std::vector<BYTE> px(b + kBitmap8BitPixelOffset, b + kBitmap8BitPixelOffset + rows * cols);
-        std::vector<BYTE> pal(b + 40, b + 40 + 1024);
-        view.UnLockBitmap();
-        return std::make_pair(px, pal);
-    };
-    const auto before = pixelBytes();
-    view.SetColorTable(other.data());
-    const auto after = pixelBytes();
-    EXPECT_EQ(after.first, before.first);
-    EXPECT_EQ(0, std::memcmp(after.second.data(), other.data(), 1024));
-    // The window shows the kept indices through the new palette.
-    orlex::test::Pump();
-    for (int i = 0; i < rows * cols; i += 5) {
-        const int r = i / cols, c = i % cols;
-        const CPoint at(4 * c + 1, 4 * (rows - 1 - r) + 1);
-        EXPECT_EQ(orlex::test::Pixel(view.GetSafeHwnd(), at), FromQuad(other[before.first[i]])) << i;
-    }
-}
-
-TEST_F(ImageViewTest, ResizeRebuildsTheMemoryBitmapAtTheNewSize)
-{
-    const int rows = 24, cols = 32;
-    std::vector<int> data = Ramp(rows, cols);
-    auto table = ivtest::TestTable();
-    CImageView view(false);
-    ASSERT_TRUE(MakeView(view, &host, 100, 80));
-    view.DrawImage(data.data(), rows, cols, Scan(), table.data(), 1.0, -2e6, 3e6, {});
-    view.MoveWindow(0, 0, 150, 47);
-    BITMAP bm{};
-    ASSERT_NE(view.GetMemBitmap()->GetBitmap(&bm), 0);
-    EXPECT_EQ(bm.bmWidth, 150);
-    EXPECT_EQ(bm.bmHeight, 47);
-    view.Invalidate(FALSE);
-    std::string first;
-    const auto want = ExpectedOffline(data, rows, cols, CRect(0, 0, cols, rows), 150, 47, table, -2e6, 3e6, false);
-    EXPECT_EQ(Mismatches(Window(view, 150, 47), want, 150, first), 0) << first;
 }
 
 TEST_F(ImageViewTest, PaintCopiesTheMemoryBitmapAndSetPixelsDrawsThere)
@@ -321,35 +281,6 @@ TEST_F(ImageViewTest, PaintCopiesTheMemoryBitmapAndSetPixelsDrawsThere)
     EXPECT_EQ(Window(view, 128, 96), zoomed);
 }
 
-TEST_F(ImageViewTest, InvalidDataDisplayMembers)
-{
-    CImageView view(false);
-    EXPECT_EQ(view.GetInvalidDataDisp(), 6);  // not allowed
-    struct Case {
-        int set;
-        int stored;
-        const char* name;
-    } cases[] = {{1, 1, "Red"}, {5, 5, "Black"}, {7, 6, "None"}, {-1, 6, "None"}, {0, 0, "Fill"}};
-    view.SetAllowInvalidDataDisp(true);
-    for (const Case& c : cases) {
-        view.SetInvalidDataDisp(c.set);
-        EXPECT_EQ(view.GetInvalidDataDisp(), c.stored) << c.set;
-        EXPECT_STREQ(view.GetInvalidDataDispStr().GetString(), c.name) << c.set;
-    }
-    struct ByName {
-        const char* name;
-        int stored;
-    } names[] = {{"Green", 3}, {"red", 0}, {"White", 4}, {"", 0}};
-    for (const ByName& n : names) {
-        view.SetInvalidDataDispByStr(CString(n.name));
-        EXPECT_EQ(view.GetInvalidDataDisp(), n.stored) << n.name;
-    }
-    view.SetAllowInvalidDataDisp(false);
-    view.SetInvalidDataDisp(2);
-    EXPECT_EQ(view.GetInvalidDataDisp(), 6);
-    EXPECT_STREQ(view.GetInvalidDataDispStr().GetString(), "Blue");
-}
-
 TEST_F(ImageViewTest, InvalidPointsShowInTheDisplayColourAfterUpdate)
 {
     const int rows = 8, cols = 8;
@@ -369,6 +300,35 @@ TEST_F(ImageViewTest, InvalidPointsShowInTheDisplayColourAfterUpdate)
     want = ExpectedOffline(data, rows, cols, CRect(0, 0, cols, rows), 32, 32, table, -2e6, 7e6, true, invalid,
                            RGB(255, 0, 0));
     EXPECT_EQ(Mismatches(Window(view, 32, 32), want, 32, first), 0) << first;
+    // A new table rebuilds the block from the kept data.
+    auto other = ivtest::TestTable(100);
+    view.SetColorTable(other.data());
+    want = ExpectedOffline(data, rows, cols, CRect(0, 0, cols, rows), 32, 32, other, -2e6, 7e6, true, invalid,
+                           RGB(255, 0, 0));
+    EXPECT_EQ(Mismatches(Window(view, 32, 32), want, 32, first), 0) << first;
+}
+
+TEST_F(ImageViewTest, NewImagesKeepOrResetTheZoom)
+{
+    std::vector<int> a(16 * 16, 5), b(8 * 16, 5);
+    CImageView view(false);
+    ASSERT_TRUE(MakeView(view, &host, 32, 32));
+    view.DrawImage(nullptr, 16, 16, Scan(), nullptr, 1.0, 0, 10, {});
+    EXPECT_EQ(view.GetZoomCount(), 1);
+    EXPECT_EQ(view.LockBitmap(), nullptr);  // data null makes no block
+    view.DrawImage(a.data(), 16, 16, Scan(), nullptr, 1.0, 0, 10, {});
+    CRect z(2, 2, 10, 10);
+    ASSERT_EQ(view.AddZoomRecord(z, 0), 1);
+    view.DrawImage(nullptr, 16, 16, Scan(), nullptr, 1.0, 0, 10, {});  // same size: still zoomed
+    EXPECT_EQ(view.GetZoomRect(), CRect(2, 2, 10, 10));
+    EXPECT_NE(view.LockBitmap(), nullptr);  // and the block is kept
+    view.UnLockBitmap();
+    view.DrawImage(b.data(), 8, 16, Scan(), nullptr, 1.0, 0, 10, {});  // another size: whole image
+    EXPECT_EQ(view.GetZoomCount(), 1);
+    EXPECT_EQ(view.GetZoomRect(), CRect(0, 0, 16, 8));
+    view.FlushImage(false);  // forgets the rows, not the columns
+    EXPECT_EQ(view.GetDataSize0(), CSize(16, 0));
+    EXPECT_FALSE(view.IsValidImage(0, 0));
 }
 
 TEST_F(ImageViewTest, DrawLineResults)
@@ -401,40 +361,6 @@ TEST_F(ImageViewTest, DrawLineResults)
     };
     for (const Case& c : cases)
         EXPECT_EQ(c.view->DrawLine(c.line, c.number, c.cols, Scan(), 0, c.z, {1, 2}), c.result) << c.what;
-}
-
-TEST_F(ImageViewTest, NewImagesKeepOrResetTheZoom)
-{
-    std::vector<int> a(16 * 16, 5), b(8 * 16, 5);
-    auto table = ivtest::TestTable();
-    CImageView view(false);
-    ASSERT_TRUE(MakeView(view, &host, 32, 32));
-    EXPECT_FALSE(view.IsValidImage(0, 0));
-    view.DrawImage(nullptr, 16, 16, Scan(), table.data(), 1.0, 0, 10, {});
-    EXPECT_EQ(view.GetDataSize0(), CSize(16, 16));
-    EXPECT_EQ(view.GetZoomCount(), 1);
-    EXPECT_EQ(view.LockBitmap(), nullptr);  // data null makes no block
-    view.DrawImage(a.data(), 16, 16, Scan(), table.data(), 1.0, 0, 10, {});
-    CRect z(2, 2, 10, 10);
-    ASSERT_EQ(view.AddZoomRecord(z, 0), 1);
-    // Same size: still zoomed. Data null leaves the block alone.
-    view.DrawImage(a.data(), 16, 16, Scan(), table.data(), 1.0, 0, 10, {});
-    EXPECT_EQ(view.GetZoomRect(), CRect(2, 2, 10, 10));
-    view.DrawImage(nullptr, 16, 16, Scan(), table.data(), 1.0, 0, 10, {});
-    EXPECT_NE(view.LockBitmap(), nullptr);
-    view.UnLockBitmap();
-    EXPECT_TRUE(view.IsValidImage(16, 16));
-    EXPECT_FALSE(view.IsValidImage(16, 8));
-    // Another size: back to the whole image.
-    view.DrawImage(b.data(), 8, 16, Scan(), table.data(), 1.0, 0, 10, {});
-    EXPECT_EQ(view.GetZoomCount(), 1);
-    EXPECT_EQ(view.GetZoomRect(), CRect(0, 0, 16, 8));
-    EXPECT_EQ(view.GetDataSize(), CSize(16, 8));
-    // Flushing forgets the rows, not the columns.
-    view.FlushImage(false);
-    EXPECT_EQ(view.GetDataSize0(), CSize(16, 0));
-    EXPECT_FALSE(view.IsValidImage(0, 0));
-    EXPECT_EQ(view.LockBitmap(), nullptr);
 }
 
 TEST_F(ImageViewTest, ScanMarkerAndLineMarkThroughTheFrame)
@@ -506,14 +432,6 @@ TEST_F(ImageViewTest, CoordinateTooltipShowsTheHostsTextUntilTheMouseLeaves)
     view.setCoordinateDisplay(false);
     EXPECT_EQ(view.GetCoordinateTip(), nullptr);
 
-    // Display level 3 shows the fixed text while the mouse is over the view.
-    view.SetTooltipDisplayLevel(3);
-    view.SetToolTipText("Channel 2");
-    orlex::test::MouseMove(w, CPoint(10, 10));
-    EXPECT_STREQ(view.GetCursorTip()->GetShownText().GetString(), "Channel 2");
-    view.SetTooltipDisplayLevel(0);
-    orlex::test::MouseMove(w, CPoint(60, 70));  // clear of the tip, which stands at the top left
-    EXPECT_STREQ(view.GetCursorTip()->GetShownText().GetString(), "");
     view.DestroyWindow();
     frame.DestroyWindow();
 }
@@ -561,13 +479,11 @@ TEST_F(ImageViewTest, BadParametersOfTheDrawingCallsTellTheUser)
     // The view itself survives what the frame would let through.
     CImageView view(false);
     ASSERT_TRUE(MakeView(view, &host, 16, 16));
-    auto table = ivtest::TestTable();
     std::vector<int> d(4, 1);
-    view.DrawImage(d.data(), -2, 2, Scan(), table.data(), 1.0, 0, 1, {});
-    view.DrawImage(d.data(), 2, 2, Scan(), table.data(), 1.0, 5, 5, {});  // equal limits: no block
+    view.DrawImage(d.data(), -2, 2, Scan(), nullptr, 1.0, 0, 1, {});
+    view.DrawImage(d.data(), 2, 2, Scan(), nullptr, 1.0, 5, 5, {});  // equal limits: no block
     EXPECT_EQ(view.LockBitmap(), nullptr);
     view.SetColorTable(nullptr);
-    view.UpdateImage();
     view.UpdateInvalidPointDisplay();
 }
 

@@ -42,90 +42,6 @@ TEST(ViewGeometrySnap, StepsThroughTheTableAboutTheCentre)
     }
 }
 
-TEST(ViewGeometrySnap, RatioAndRefusals)
-{
-    RectF r(0, 0, 512, 512);
-    geo::SnapToNext2DigitRect(r, 1, 0.5f, 512, 512, kScan1000nm);
-    EXPECT_NEAR(r.Width, 460.8f, 1e-3);
-    EXPECT_NEAR(r.Height, 230.4f, 1e-3);
-    EXPECT_NEAR(r.X, 25.6f, 1e-3);
-    EXPECT_NEAR(r.Y, 140.8f, 1e-3);
-
-    const RectF before(10, 10, 100, 100);
-    for (int cols : {0, -3}) {
-        RectF s = before;
-        geo::SnapToNext2DigitRect(s, 1, 1.0f, cols, 512, kScan1000nm);
-        EXPECT_TRUE(s.Equals(before));
-    }
-    RectF s = before;
-    geo::SnapToNext2DigitRect(s, 0, 1.0f, 512, 512, kScan1000nm);
-    EXPECT_TRUE(s.Equals(before));
-    RectF z(10, 10, 0, 100);
-    geo::SnapToNext2DigitRect(z, 1, 1.0f, 512, 512, kScan1000nm);
-    EXPECT_EQ(z.Width, 0.0f);
-}
-
-TEST(ViewGeometry, RecordFromRectFRoundsTheOriginAndTruncatesTheSize)
-{
-    struct Case {
-        RectF in;
-        CRect out;
-    } cases[] = {
-        {RectF(0, 0, 64, 32), CRect(0, 0, 64, 32)},
-        {RectF(1.5f, 2.49f, 10.9f, 3.99f), CRect(2, 2, 12, 5)},
-        {RectF(25.6f, 25.6f, 460.8f, 460.8f), CRect(26, 26, 486, 486)},
-        {RectF(-0.7f, -1.2f, 5.5f, 5.5f), CRect(0, 0, 5, 5)},  // trunc(-0.2) is 0, trunc(-0.7) 0
-    };
-    for (const Case& c : cases) EXPECT_EQ(geo::RecordFromRectF(c.in), c.out);
-}
-
-TEST(ViewGeometry, CheckPanKeepsTheSizeAndStaysInside)
-{
-    struct Case {
-        RectF in;
-        RectF out;
-    } cases[] = {
-        {RectF(-5, -7, 10, 20), RectF(0, 0, 10, 20)},
-        {RectF(95, 85, 10, 20), RectF(90, 80, 10, 20)},
-        {RectF(40, 30, 10, 20), RectF(40, 30, 10, 20)},
-        {RectF(-5, 85, 10, 20), RectF(0, 80, 10, 20)},
-    };
-    for (const Case& c : cases) {
-        RectF r = c.in;
-        geo::CheckPan(r, 100, 100);
-        EXPECT_TRUE(r.Equals(c.out)) << r.X << "," << r.Y;
-    }
-}
-
-TEST(ViewGeometry, RelativeBoxIsMappedIntoTheCurrentRecord)
-{
-    struct Case {
-        CRect box, first, current, out;
-        bool accepted;
-    } cases[] = {
-        // The first zoom: current is the whole image.
-        {CRect(10, 20, 30, 50), CRect(0, 0, 64, 64), CRect(0, 0, 64, 64), CRect(10, 20, 30, 50), true},
-        // Inside a zoom of (16,8)-(48,40): half the size.
-        {CRect(10, 20, 30, 50), CRect(0, 0, 64, 64), CRect(16, 8, 48, 40), CRect(21, 18, 31, 33), true},
-        // 4 units at half scale are 2 pixels: refused.
-        {CRect(10, 20, 14, 50), CRect(0, 0, 64, 64), CRect(16, 8, 48, 40), CRect(21, 18, 23, 33), false},
-    };
-    for (const Case& c : cases) {
-        CRect r = c.box;
-        EXPECT_EQ(geo::MapRelativeRecord(r, c.first, c.current), c.accepted);
-        EXPECT_EQ(r, c.out);
-    }
-}
-
-TEST(ViewGeometry, MapRelativeRectFScalesIntoTheStoredRectangle)
-{
-    const RectF r = geo::MapRelativeRectF(RectF(64, 32, 128, 64), RectF(100, 50, 256, 128), 512, 256);
-    EXPECT_FLOAT_EQ(r.X, 132.0f);
-    EXPECT_FLOAT_EQ(r.Y, 66.0f);
-    EXPECT_FLOAT_EQ(r.Width, 64.0f);
-    EXPECT_FLOAT_EQ(r.Height, 32.0f);
-}
-
 TEST(ViewGeometry, ZoomStep)
 {
     const RECT client{0, 0, 256, 256};
@@ -170,47 +86,10 @@ TEST(ViewGeometry, ZoomStep)
     EXPECT_TRUE(big.Equals(RectF(0, 0, 512, 512)));
 }
 
-TEST(ViewGeometry, PanMovesAgainstTheDragAndStopsAtTheEdges)
-{
-    const RectF start(100, 100, 200, 200);
-    struct Case {
-        POINT from, to;
-        RectF out;
-    } cases[] = {
-        {{100, 100}, {110, 95}, RectF(80, 110, 200, 200)},     // right and up: rectangle left and down
-        {{100, 100}, {300, 100}, RectF(0, 100, 200, 200)},     // past the left edge
-        {{100, 100}, {-400, -400}, RectF(312, 312, 200, 200)}, // past the right and bottom edges
-    };
-    for (const Case& c : cases) {
-        const RectF r = geo::PanRect(start, c.from, c.to, 2.0f, 2.0f, 512, 512);
-        EXPECT_TRUE(r.Equals(c.out)) << r.X << "," << r.Y;
-    }
-    EXPECT_EQ(geo::UnwrapPackedCoord(0xFFFF), 0);
-    EXPECT_EQ(geo::UnwrapPackedCoord(32767), 32767);
-    EXPECT_EQ(geo::UnwrapPackedCoord(32768), -32767);
-    EXPECT_EQ(geo::PackPoint(-1, 3), LPARAM(0x0003FFFF));
-}
-
-TEST(ViewGeometry, NearestStretchSamplesPixelCentres)
-{
-    // 3 source pixels over 8: 0 0 0 1 1 2 2 2 (sampled at (2i+1)/16 * 3).
-    const int expect[8] = {0, 0, 0, 1, 1, 2, 2, 2};
-    for (int i = 0; i < 8; ++i) EXPECT_EQ(geo::NearestSource(i, 8, 3), expect[i]) << i;
-    // Shrinking 8 to 3 picks 1, 4, 6.
-    EXPECT_EQ(geo::NearestSource(0, 3, 8), 1);
-    EXPECT_EQ(geo::NearestSource(1, 3, 8), 4);
-    EXPECT_EQ(geo::NearestSource(2, 3, 8), 6);
-}
-
 TEST(ViewGeometry, SetPixelsBlock)
 {
     const CRect client(0, 0, 200, 100);
-    struct Case {
-        int x1, y, x2;
-        CRect zoom;
-        bool inside;
-        CRect block;
-    } cases[] = {
+    struct Case { int x1, y, x2; CRect zoom; bool inside; CRect block; } cases[] = {
         // Whole 100 x 50 image over 200 x 100: 2 x 2 screen pixels a data pixel, plus one.
         {10, 5, 12, CRect(0, 0, 100, 50), true, CRect(20, 10, 25, 13)},
         // Run clipped by the zoom's left edge and by the client's right edge.
@@ -229,10 +108,7 @@ TEST(ViewGeometry, SetPixelsBlock)
 TEST(ViewGeometry, ScanStrip)
 {
     const CRect client(0, 0, 128, 128);
-    struct Case {
-        int line, lines, direction, zLo, zHi;
-        geo::ScanStrip out;
-    } cases[] = {
+    struct Case { int line, lines, direction, zLo, zHi; geo::ScanStrip out; } cases[] = {
         // 64 rows over 128 pixels, upwards from line 10 for 2 lines: rows 10..12.
         {10, 2, 0, 0, 64, {10, 12, 104, 108}},
         // Downwards: ends at line 10 + 1, reaches to lower rows.

@@ -168,44 +168,6 @@ TEST_F(ZoomTest, ZoomRepeatedByTheHostIsScaledAndSilent)
     EXPECT_EQ(view.GetZoomRect(), CRect(16, 32, 48, 64));
 }
 
-TEST_F(ZoomTest, LiveViewBoxPostsTheViewWithTheEvent)
-{
-    CImageView live(true);
-    frame.view = &live;
-    ASSERT_TRUE(live.Create(nullptr, "live", WS_CHILD | WS_VISIBLE, CRect(0, 0, 64, 64), &frame, 101));
-    std::vector<int> d(32 * 32, 0);
-    live.DrawImage(d.data(), 32, 32, Scan(), table.data(), 1.0, -1e9, 1e9, {});
-    Settle();
-    frame.zoomButton = 1;
-    CURSOR_POS pos{};
-    pos.type = 7;
-    pos.x1 = 0, pos.y1 = 0, pos.x2 = 16, pos.y2 = 16;
-    live.SendMessage(MESSAGE_CURSOR_NOTIFY_STR, 514, reinterpret_cast<LPARAM>(&pos));
-    orlex::test::Pump();
-    const auto zooms = frame.Of(MESSAGE_ZOOM_EVENT_STR);
-    ASSERT_EQ(zooms.size(), 1u);
-    EXPECT_EQ(zooms[0].wp, 514u);
-    EXPECT_EQ(zooms[0].lp, reinterpret_cast<LPARAM>(&live));
-    EXPECT_TRUE(host.Of(MESSAGE_CURSOR_NOTIFY_STR).empty());
-    live.DestroyWindow();
-}
-
-TEST_F(ZoomTest, CursorNoticesWithoutTheZoomButtonGoOnToTheFrame)
-{
-    Show(64, 128, false);
-    CURSOR_POS pos{};
-    pos.type = 0;
-    pos.x1 = 3;
-    view.SendMessage(MESSAGE_CURSOR_NOTIFY_STR, 513, reinterpret_cast<LPARAM>(&pos));
-    const auto f = frame.Of(MESSAGE_CURSOR_NOTIFY_STR);
-    ASSERT_EQ(f.size(), 1u);
-    EXPECT_EQ(f[0].wp, 513u);
-    EXPECT_EQ(f[0].pos.x1, 3);
-    // The frame left it unanswered, so the host gets it too.
-    EXPECT_EQ(host.Of(MESSAGE_CURSOR_NOTIFY_STR).size(), 1u);
-    EXPECT_EQ(view.GetZoomCount(), 1);
-}
-
 TEST_F(ZoomTest, OneZoomWheelSnapsToRoundWidthsAndTheParentMayTakeIt)
 {
     Show(256, 256, true);  // 1000 nm over 256 columns
@@ -383,28 +345,6 @@ TEST_F(ZoomTest, LiveViewPanButtonDragPostsPointsAndNoSourceMessages)
     EXPECT_TRUE(host.Of(UPDATE_PAN_SRC_STR).empty());
     EXPECT_EQ(host.Of(ACTIVATE_VIEW_STR).size(), 1u);
     live.DestroyWindow();
-}
-
-TEST_F(ZoomTest, ScaleRatio)
-{
-    CImageView lone(false);
-    DPOINT d = lone.GetScaleRatio();
-    EXPECT_EQ(d.valid, 0);
-    EXPECT_EQ(d.x, 1.0);
-    EXPECT_EQ(d.y, 1.0);
-    Show(64, 128, false);
-    CRect z(16, 8, 48, 24);
-    view.AddZoomRecord(z, 0);
-    d = view.GetScaleRatio();
-    EXPECT_EQ(d.valid, 1);
-    EXPECT_DOUBLE_EQ(d.x, 0.5);
-    EXPECT_DOUBLE_EQ(d.y, 0.25);
-    EXPECT_EQ(d.origin, CPoint(16, 8));
-    view.SetOneZoom(1);
-    view.ZoomTo(1, 0);
-    d = view.GetScaleRatio();
-    EXPECT_EQ(d.valid, 1);
-    EXPECT_NEAR(d.x, view.GetZoomRectF().Width / 64.0, 1e-9);
 }
 
 }  // namespace
