@@ -43,24 +43,24 @@ bool EditModel::ReplaceSel(const std::string& text, bool keepUndo) {
 }
 
 bool EditModel::Backspace() {
-    if (!HasSelection()) {
+    int s = SelStart(), e = SelEnd();
+    if (s == e) {
         if (m_caret == 0) return false;
-        m_anchor = m_caret - 1;
+        s = m_caret - 1;
     }
-    Remember();
-    const int s = SelStart(), e = SelEnd();
+    Remember();  // before anything moves, so that undo puts the caret back too
     m_text.erase(static_cast<size_t>(s), static_cast<size_t>(e - s));
     m_anchor = m_caret = s;
     return true;
 }
 
 bool EditModel::DeleteForward() {
-    if (!HasSelection()) {
+    int s = SelStart(), e = SelEnd();
+    if (s == e) {
         if (m_caret >= static_cast<int>(m_text.size())) return false;
-        m_anchor = m_caret + 1;
+        e = m_caret + 1;
     }
     Remember();
-    const int s = SelStart(), e = SelEnd();
     m_text.erase(static_cast<size_t>(s), static_cast<size_t>(e - s));
     m_anchor = m_caret = s;
     return true;
