@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "colour/ColorTable.h"
+#include "demo/demo.h"
 #include "foundation/platform/afxwin.h"
 #include "imageview/ImageView.h"
 
