@@ -703,7 +703,9 @@ inline LONG SetWindowLongA(HWND hwnd, int index, LONG value) { return static_cas
 #define SetWindowLongPtr SetWindowLongPtrA
 #define GetWindowLong GetWindowLongA
 #define SetWindowLong SetWindowLongA
+// The class name of the window into buffer (cut to size - 1); its length, 0 if invalid.
 int GetClassNameA(HWND hwnd, LPSTR buffer, int size);
+inline int GetClassName(HWND hwnd, LPSTR buffer, int size) { return GetClassNameA(hwnd, buffer, size); }
 BOOL SetWindowTextA(HWND hwnd, LPCSTR text);
 int GetWindowTextA(HWND hwnd, LPSTR buffer, int size);
 int GetWindowTextLengthA(HWND hwnd);
@@ -1288,6 +1290,17 @@ protected:
 private:
     explicit CWnd(HWND special) : m_hWnd(special), m_temporary(true) {}
     bool m_temporary = false;  // made by FromHandle for a window without an object
+};
+
+// The wait pointer for the life of the object (nested uses keep it until the outermost ends).
+class CWaitCursor {
+public:
+    CWaitCursor() { CWnd().BeginWaitCursor(); }
+    ~CWaitCursor() { CWnd().EndWaitCursor(); }
+    CWaitCursor(const CWaitCursor&) = delete;
+    CWaitCursor& operator=(const CWaitCursor&) = delete;
+    // Shows the wait pointer again after something (a message box) changed it.
+    void Restore() { CWnd().RestoreWaitCursor(); }
 };
 
 // The record that the framework's WM_CTLCOLOR carries in lParam (control and kind).

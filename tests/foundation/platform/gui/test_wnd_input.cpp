@@ -370,3 +370,25 @@ TEST_F(Routing, PressActivatesAnInactiveTopLevelWindow) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(Pointers, WaitPointerNestsAndRestoresTheOldShape) {
+    orlex::test::Init();
+    HCURSOR arrow = ::LoadCursorA(nullptr, IDC_ARROW), wait = ::LoadCursorA(nullptr, IDC_WAIT);
+    ::SetCursor(arrow);
+    {
+        CWaitCursor outer;
+        EXPECT_EQ(::GetCursor(), wait);
+        {
+            CWaitCursor inner;
+            ::SetCursor(arrow);  // something else changed it
+            inner.Restore();
+            EXPECT_EQ(::GetCursor(), wait);
+        }
+        EXPECT_EQ(::GetCursor(), wait);  // still inside the outer one
+    }
+    EXPECT_EQ(::GetCursor(), arrow);
+}
+
+}  // namespace
