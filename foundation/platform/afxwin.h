@@ -663,38 +663,61 @@ constexpr int CW_USEDEFAULT = static_cast<int>(0x80000000);
 // Destroys the window and its children: WM_DESTROY to the window, then to its children;
 // WM_NCDESTROY to the children, then the window. The handle is invalid afterwards.
 BOOL DestroyWindow(HWND hwnd);
+// FALSE for null, destroyed and never-made handles alike.
 BOOL IsWindow(HWND hwnd);
 BOOL IsChild(HWND parent, HWND hwnd);
+// The parent of a child; the owner of a WS_POPUP window; else null.
 HWND GetParent(HWND hwnd);
+// Moves a child under another parent (not under itself or its descendants); the old parent.
 HWND SetParent(HWND child, HWND newParent);
+// Siblings and children in stacking order, topmost first (GW_CHILD: the topmost child).
 HWND GetWindow(HWND hwnd, UINT cmd);
 HWND GetTopWindow(HWND hwnd);
+// The child with the id (the first in stacking order), or null.
 HWND GetDlgItem(HWND parent, int id);
 int GetDlgCtrlID(HWND hwnd);
+// The virtual screen (1920x1080 at 0,0): the parent of top-level windows for GetAncestor.
 HWND GetDesktopWindow();
 HWND GetAncestor(HWND hwnd, UINT flags);
 constexpr UINT GA_PARENT = 1;
 constexpr UINT GA_ROOT = 2;
 constexpr UINT GA_ROOTOWNER = 3;
 
+// Places, sizes, restacks, shows or hides (SWP_ flags); sends WM_WINDOWPOSCHANGING and
+// WM_WINDOWPOSCHANGED (whose default sends WM_SIZE/WM_MOVE) and repaints what changed:
+// the parent under the old place and the window at the new one.
 BOOL SetWindowPos(HWND hwnd, HWND insertAfter, int x, int y, int cx, int cy, UINT flags);
+// Child rectangles are in the parent's client coordinates, top-level ones on the screen.
 BOOL MoveWindow(HWND hwnd, int x, int y, int width, int height, BOOL repaint);
+// Sends WM_SHOWWINDOW; shown top-level windows are activated (not with SW_SHOWNA). Returns
+// whether the window was visible before.
 BOOL ShowWindow(HWND hwnd, int cmd);
+// TRUE when the window and all its ancestors have WS_VISIBLE.
 BOOL IsWindowVisible(HWND hwnd);
+// Returns whether the window was disabled before; a disabled window gets no input.
 BOOL EnableWindow(HWND hwnd, BOOL enable);
 BOOL IsWindowEnabled(HWND hwnd);
+// Client area: the window less borders, edges, caption and frame scroll bars, at (0,0).
 BOOL GetClientRect(HWND hwnd, RECT* rect);
+// The window rectangle in screen coordinates.
 BOOL GetWindowRect(HWND hwnd, RECT* rect);
 BOOL ClientToScreen(HWND hwnd, POINT* pt);
 BOOL ScreenToClient(HWND hwnd, POINT* pt);
 // Converts points between client spaces (null = screen); returns the x offset in the low
 // word and the y offset in the high word.
 int MapWindowPoints(HWND from, HWND to, POINT* pts, UINT count);
+// The deepest visible window under a screen point, topmost first at each level; null off
+// every window.
 HWND WindowFromPoint(POINT screenPt);
+// The topmost child whose rectangle holds the client point (hidden ones too unless
+// CWP_SKIPINVISIBLE), the parent itself when none, null outside its client area.
 HWND ChildWindowFromPoint(HWND parent, POINT clientPt);
 HWND ChildWindowFromPointEx(HWND parent, POINT clientPt, UINT flags);
+// rcNormalPosition is the window rectangle in the parent's client coordinates.
 BOOL GetWindowPlacement(HWND hwnd, WINDOWPLACEMENT* wp);
 
+// GWL_STYLE, GWL_EXSTYLE, GWL_ID, GWLP_USERDATA, GWLP_WNDPROC (subclassing), GWLP_HWNDPARENT.
+// Changing styles does not redraw; follow with SetWindowPos(SWP_FRAMECHANGED).
 LONG_PTR GetWindowLongPtrA(HWND hwnd, int index);
 LONG_PTR SetWindowLongPtrA(HWND hwnd, int index, LONG_PTR value);
 inline LONG GetWindowLongA(HWND hwnd, int index) { return static_cast<LONG>(GetWindowLongPtrA(hwnd, index)); }
@@ -706,21 +729,30 @@ inline LONG SetWindowLongA(HWND hwnd, int index, LONG value) { return static_cas
 // The class name of the window into buffer (cut to size - 1); its length, 0 if invalid.
 int GetClassNameA(HWND hwnd, LPSTR buffer, int size);
 inline int GetClassName(HWND hwnd, LPSTR buffer, int size) { return GetClassNameA(hwnd, buffer, size); }
+// Window text through WM_SETTEXT / WM_GETTEXT (8-bit, code page text); GetWindowTextA
+// copies at most size - 1 bytes and a NUL and returns the count.
 BOOL SetWindowTextA(HWND hwnd, LPCSTR text);
 int GetWindowTextA(HWND hwnd, LPSTR buffer, int size);
 int GetWindowTextLengthA(HWND hwnd);
 
-// Painting: the update region of a window, in client coordinates.
+// Painting: the update region of a window, in client coordinates. Invalidating a window
+// without WS_CLIPCHILDREN invalidates its children under the area too (they paint after
+// it). WM_PAINT comes when the queue has nothing else; UpdateWindow paints the window and
+// then its children that need it, at once.
 BOOL InvalidateRect(HWND hwnd, const RECT* rect, BOOL erase);
 BOOL ValidateRect(HWND hwnd, const RECT* rect);
 BOOL UpdateWindow(HWND hwnd);
+// RDW_ flags; the region argument is not used (null or a rectangle only).
 BOOL RedrawWindow(HWND hwnd, const RECT* rect, HRGN region, UINT flags);
+// The bounding box of the update region; FALSE when there is nothing to paint.
 BOOL GetUpdateRect(HWND hwnd, RECT* rect, BOOL erase);
 // Moves the client pixels by (dx, dy) within the clip rectangle and invalidates what was
 // uncovered.
 BOOL ScrollWindow(HWND hwnd, int dx, int dy, const RECT* scroll, const RECT* clip);
 
-// Window scroll bars (the WS_HSCROLL/WS_VSCROLL bars of a window's frame).
+// Window scroll bars (the WS_HSCROLL/WS_VSCROLL bars of a window's frame, 17 pixels wide).
+// The position is kept within min .. max - page + 1. The user's arrows, track and thumb send
+// WM_HSCROLL/WM_VSCROLL with SB_ codes, SB_THUMBTRACK while dragging, then SB_ENDSCROLL.
 int SetScrollInfo(HWND hwnd, int bar, const SCROLLINFO* si, BOOL redraw);
 BOOL GetScrollInfo(HWND hwnd, int bar, SCROLLINFO* si);
 int SetScrollPos(HWND hwnd, int bar, int pos, BOOL redraw);
