@@ -426,6 +426,15 @@ ThumbGeom Thumb(const ScrollBarState& s, int length, bool track) {
 }  // namespace
 
 void DefNcPaint(HWND hwnd) {
+    // System colours are fetched before the table is locked: the drawing side may use it.
+    constexpr int kFrame = 6, kFace = 15, kShadow = 16, kHilight = 20, kDkShadow = 21, kLight = 22,
+                  kCaption = 2, kCaptionText = 9, kScrollbar = 0, kBtnText = 18;
+    QColor colours[32];
+    for (int i : {kFrame, kFace, kShadow, kHilight, kDkShadow, kLight, kCaption, kCaptionText, kScrollbar, kBtnText}) {
+        COLORREF c = GetSysColor(i);
+        colours[i] = QColor(GetRValue(c), GetGValue(c), GetBValue(c));
+    }
+    auto col = [&](int index) { return colours[index]; };
     std::lock_guard<std::mutex> g(Lock());
     WindowRec* w = Find(hwnd);
     if (!w || !VisibleChain(w)) return;
@@ -438,12 +447,6 @@ void DefNcPaint(HWND hwnd) {
     QRegion clip = BaseVisible(w, true) - ClientRectInTop(w);
     QPainter p(top->surface.get());
     p.setClipRegion(clip);
-    auto col = [](int index) {
-        COLORREF c = GetSysColor(index);
-        return QColor(GetRValue(c), GetGValue(c), GetBValue(c));
-    };
-    constexpr int kFrame = 6, kFace = 15, kShadow = 16, kHilight = 20, kDkShadow = 21, kLight = 22,
-                  kCaption = 2, kCaptionText = 9, kScrollbar = 0, kBtnText = 18;
     QRect r(0, 0, win.width(), win.height());
     p.translate(win.topLeft());
     // Outer frame.
