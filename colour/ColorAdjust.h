@@ -31,6 +31,9 @@ double ContrastFactor(int contrast);
 // Contrast on the whole table of n entries (1..256): a stretch about the middle. Nothing
 // for contrast 0. Red, green and blue only; reserved bytes stay.
 void StretchTable(tagRGBQUAD* table, int n, int contrast);
+// StretchTable(table, 256, contrast) followed by ShiftTable(table, 256, offset), computed
+// in one pass from precomputed steps; the derivation's path for a whole table.
+void StretchAndShiftTable(tagRGBQUAD* table, int contrast, int offset);
 // The same within entries start..end of a 256-entry table (the segment's own rules for
 // its ends); nothing for contrast 0 or end - start < 1. 0 <= start <= end <= 255.
 void StretchSegment(tagRGBQUAD* table, int contrast, int start, int end);

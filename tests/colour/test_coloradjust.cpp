@@ -112,6 +112,31 @@ TEST(ContrastStretch, EveryStepKeepsTheRampOrderedAndEnds)
     EXPECT_EQ(ContrastFactor(10), 3.0);
 }
 
+TEST(ContrastStretch, OnePassFormEqualsStretchThenShift)
+{
+    // Tables with every kind of step: ramps both ways, noise with large jumps, and reserved
+    // bytes that must survive; every contrast step with offsets around and past the ends.
+    std::vector<std::vector<tagRGBQUAD>> tables = {Ramp(true), Ramp(false)};
+    std::uint32_t seed = 12345;
+    for (int t = 0; t < 3; ++t) {
+        std::vector<tagRGBQUAD> noise(256);
+        for (tagRGBQUAD& q : noise) {
+            seed = seed * 1664525u + 1013904223u;
+            q = tagRGBQUAD{BYTE(seed >> 24), BYTE(seed >> 16), BYTE(seed >> 8), BYTE(seed)};
+        }
+        tables.push_back(noise);
+    }
+    for (const auto& base : tables)
+        for (int c = -10; c <= 10; ++c)
+            for (int off : {-300, -256, -255, -128, -37, -1, 0, 1, 5, 128, 254, 255, 256, 300}) {
+                std::vector<tagRGBQUAD> a = base, b = base;
+                StretchTable(a.data(), 256, c);
+                ShiftTable(a.data(), 256, off);
+                StretchAndShiftTable(b.data(), c, off);
+                ASSERT_EQ(std::memcmp(a.data(), b.data(), 1024), 0) << "contrast " << c << " offset " << off;
+            }
+}
+
 TEST(Offset, ShiftsAndLimits)
 {
     struct Case {
