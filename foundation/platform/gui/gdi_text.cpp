@@ -536,8 +536,8 @@ int DrawTextA(HDC hdc, LPCSTR s, int count, LPRECT rc, UINT fmt) {
     for (const QString& l : lines) maxW = std::max(maxW, widthOf(l));
     const int totalH = lineH * static_cast<int>(lines.size());
     if (fmt & DT_CALCRECT) {
-        if ((fmt & DT_WORDBREAK) && !(fmt & DT_SINGLELINE)) rc->right = rc->left + std::max(maxW, 0);
-        else rc->right = rc->left + maxW;
+        // The box shrinks or grows to the widest line, wrapped or not.
+        rc->right = rc->left + maxW;
         rc->bottom = rc->top + totalH;
         return totalH;
     }
