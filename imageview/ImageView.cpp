@@ -135,6 +135,7 @@ void CImageView::CreateDestinationBitmap()
     }
     m_hOldBitmap = m_memDC.SelectObject(&m_memBitmap);
     m_bHasMemDC = 1;
+    assert(m_hOldBitmap != nullptr);
 }
 
 double CImageView::GetAspectRatio() const
@@ -243,6 +244,7 @@ int CImageView::DrawLine(int* line, int lineNumber, int cols, DPOINT scan, int d
         GlobalUnlock(m_hDib);
         return 3;
     }
+    assert(cols == m_nCols && lineNumber < m_nRows);
     BYTE* pixels = block + kBitmap8BitPixelOffset + std::size_t(m_nCols) * std::size_t(lineNumber);
     Scale8BitData(line, pixels, 1, cols, zScale, m_bAllowInvalidDataDisp ? 256 : 255);
     if (m_bAllowInvalidDataDisp) {

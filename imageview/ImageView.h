@@ -222,6 +222,8 @@ protected:
 
 private:
     CImageViewFrame* Frame() const;
+    // Debug check: the current position is null or one of the list's.
+    bool ZoomPositionValid() const;
     CWnd* FrameParent() const;
     void UpdateImageOl();
     // Stretches the zoom rectangle of the block over the memory bitmap; false when there

@@ -1,5 +1,6 @@
 // Image view: zoom records, one-zoom steps, pan, and the mouse gestures that drive them.
 #include <algorithm>
+#include <cassert>
 #include <cstring>
 
 #include "foundation/MessageCatalogue.h"
@@ -52,6 +53,7 @@ int CImageView::AddZoomRecord(CRect& rect, int relative)
         if (!geo::MapRelativeRecord(rect, first, current)) return 0;
     }
     m_curZoom = m_zoomList.AddTail(new CZoomRecord(rect));
+    assert(m_zoomList.GetTailPosition() == m_curZoom);
     return 1;
 }
 
@@ -94,8 +96,16 @@ unsigned CImageView::GetZoomIndex() const
     return m_curZoom ? index : 0;
 }
 
+bool CImageView::ZoomPositionValid() const
+{
+    for (POSITION p = m_zoomList.GetHeadPosition(); p; m_zoomList.GetNext(p))
+        if (p == m_curZoom) return true;
+    return m_curZoom == nullptr;
+}
+
 CRect CImageView::GetZoomRect() const
 {
+    assert(ZoomPositionValid());
     return m_curZoom ? m_zoomList.GetAt(m_curZoom)->m_rect : CRect(0, 0, 0, 0);
 }
 
