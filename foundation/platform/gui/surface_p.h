@@ -23,7 +23,8 @@ struct DrawTarget {
 
 // The target of a window's client area (client = true) or of its whole window rectangle.
 // visible is the area clipped by every ancestor's client area, less the siblings above it
-// (and above each ancestor), less its own children when it has WS_CLIPCHILDREN. False for
+// when it has WS_CLIPSIBLINGS (so overlapping transparent children draw over each other),
+// less its own children when it has WS_CLIPCHILDREN. False for
 // an invalid or hidden window (the target is then empty).
 bool WindowDrawTarget(HWND hwnd, bool client, DrawTarget& out);
 
