@@ -252,13 +252,19 @@ TEST_F(AdjustDialog, ClosingTellsTheBarAndAllowsANewOne)
     EXPECT_NE(again, nullptr);
 }
 
-TEST_F(AdjustDialog, DeletionMessageForgetsTheDialog)
+TEST_F(AdjustDialog, ABarGoingAwayTakesItsDialog)
 {
-    CImageAdjust* dlg = Open();
-    ASSERT_NE(dlg, nullptr);
-    bar.SendMessage(MESSAGE_BORDERCON_DIALOG_DELETED_STR, 0, 0);
-    EXPECT_EQ(bar.m_pDialog, nullptr);
-    dlg->DestroyWindow();  // the dialog deletes itself
+    auto* other = new CColorCtrl;
+    CRect r(40, 10, 62, 268);
+    other->Create(r, &host, 6);
+    orlex::test::Pump();
+    orlex::test::AdvanceClock(2000);
+    orlex::test::Click(other->m_hWnd, POINT{5, 100});
+    ASSERT_NE(other->m_pDialog, nullptr);
+    const HWND hdlg = other->m_pDialog->m_hWnd;
+    delete other;
+    orlex::test::Pump();
+    EXPECT_FALSE(::IsWindow(hdlg));
 }
 
 TEST_F(AdjustDialog, ModalFormRunsInTheConstructor)
