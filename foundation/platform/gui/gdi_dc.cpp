@@ -193,6 +193,7 @@ std::uint32_t ResolveColor(const Dc& dc, COLORREF c) {
 }
 
 static int DeviceDpi(const Dc& dc) {
+    if (dc.dpi) return dc.dpi;
     return dc.kind == DcKind::Printer && dc.print ? dc.print->settings.dpi : kScreenDpi;
 }
 
@@ -726,8 +727,12 @@ HGDIOBJ Swap(HGDIOBJ& slot, HGDIOBJ h) {
 
 // The C interface: contexts ------------------------------------------------------------------------
 HDC CreateCompatibleDC(HDC hdc) {
-    if (hdc && !LookupDc(hdc)) return nullptr;
-    return NewMemoryDc();
+    Dc* base = LookupDc(hdc);
+    if (hdc && !base) return nullptr;
+    HDC m = NewMemoryDc();
+    // Made for a printer, the context measures in the printer's dots (fonts, map modes).
+    if (base) LookupDc(m)->dpi = DeviceDpi(*base) != kScreenDpi ? DeviceDpi(*base) : 0;
+    return m;
 }
 
 HDC CreateDCA(LPCSTR driver, LPCSTR device, LPCSTR, const DEVMODEA* init) {

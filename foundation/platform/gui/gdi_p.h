@@ -148,6 +148,7 @@ struct Dc {
     long long styleStep = 0;  // position in the pen's dash rhythm, kept across a figure
     std::unique_ptr<PrintJob> print;
     CDC* attached = nullptr;  // the permanent wrapper that owns this handle, if any
+    int dpi = 0;              // a memory context made for a printer keeps its resolution
     ~Dc();
 };
 

@@ -115,6 +115,10 @@ TEST_F(GdiPrint, DeviceCapsAnswerForThePrinter) {
     const Case cases[] = {{LOGPIXELSX, 150}, {LOGPIXELSY, 150}, {HORZRES, 1240}, {VERTRES, 1754},
                           {HORZSIZE, 210}, {VERTSIZE, 297}, {TECHNOLOGY, DT_RASPRINTER}, {NUMCOLORS, -1}};
     for (const Case& c : cases) EXPECT_EQ(dc.GetDeviceCaps(c.index), c.value) << c.index;
+    // A memory context made for the printer measures in its dots.
+    CDC mem;
+    ASSERT_TRUE(mem.CreateCompatibleDC(&dc));
+    EXPECT_EQ(mem.GetDeviceCaps(LOGPIXELSY), 150);
     // The device mode turns the paper and takes colour away.
     DEVMODEA dm{};
     dm.dmFields = DM_ORIENTATION | DM_COLOR;
