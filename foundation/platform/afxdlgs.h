@@ -192,9 +192,9 @@ struct DEVNAMES {
     WORD wDefault;
 };
 
-// hDevMode and hDevNames are the print dialog's own records (a DEVMODE and a DEVNAMES with
-// its strings), valid while the CPrintDialog that filled them lives; hDC is the caller's
-// to delete (DeleteDC).
+// hDevMode and hDevNames are global memory blocks (a DEVMODE; a DEVNAMES with its strings):
+// a DEVMODE given in hDevMode starts the chosen printer's settings; the blocks handed back
+// are the caller's to free (CPrintDialog frees its own). hDC is the caller's to delete.
 struct tagPDA {
     DWORD lStructSize = sizeof(tagPDA);
     HWND hwndOwner = nullptr;
@@ -237,7 +237,8 @@ public:
     // The printer context made by DoModal/GetDefaults (the caller deletes it), or a new one
     // for the chosen printer. Null when nothing was chosen.
     HDC GetPrinterDC() const;
-    // Settings of the chosen printer (null before DoModal/GetDefaults succeeded).
+    // Settings of the chosen printer, in the dialog's locked block (null before
+    // DoModal/GetDefaults succeeded).
     DEVMODE* GetDevMode() const;
     CString GetDeviceName() const;
     CString GetDriverName() const;
@@ -246,15 +247,11 @@ public:
     BOOL PrintAll() const { return (m_pd.Flags & (PD_SELECTION | PD_PAGENUMS)) == 0; }
 
     PRINTDLG m_pd;
-
-private:
-    DEVMODE m_devMode{};
-    std::string m_names;  // DEVNAMES record followed by its three strings
 };
 
 // Shows the print dialog (or, with PD_RETURNDEFAULT, takes the default printer silently).
-// TRUE when a printer was chosen; hDevMode/hDevNames then point at process-wide records
-// that stay valid until the next call, and hDC is made with PD_RETURNDC.
+// TRUE when a printer was chosen; hDevMode/hDevNames then hold its settings and names, and
+// hDC is made with PD_RETURNDC.
 BOOL PrintDlgA(PRINTDLGA* pd);
 inline BOOL PrintDlg(PRINTDLGA* pd) { return PrintDlgA(pd); }
 

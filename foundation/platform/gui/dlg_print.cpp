@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "foundation/platform/afxdlgs.h"
+#include "foundation/platform/globalmem.h"
 #include "foundation/platform/gui/dlg_modal_p.h"
 
 // Print -----------------------------------------------------------------------------------
@@ -15,24 +16,15 @@ std::string DefaultPrinterName() {
     return name;
 }
 
-// The process-wide records that PrintDlgA hands out.
-struct PrintRecords {
-    DEVMODE devMode{};
-    std::string names;
-};
-PrintRecords& SharedRecords() {
-    static PrintRecords r;
-    return r;
-}
-
-// Fills devMode and the DEVNAMES record (with driver "WINSPOOL", the device and port
-// "PDF:") for the printer; false when the printer doesn't answer.
-bool DescribePrinter(const std::string& printer, DEVMODE& devMode, std::string& names) {
+// The printer's settings, starting from `initial` when the caller gave some, and the
+// DEVNAMES record (driver "WINSPOOL", the device, port "PDF:") with its strings.
+bool DescribePrinter(const std::string& printer, const DEVMODE* initial, DEVMODE& devMode, std::string& names) {
     HANDLE handle = nullptr;
     std::string device = printer;
     if (!OpenPrinterA(device.data(), &handle, nullptr)) return false;
     DEVMODE dm{};
-    LONG r = DocumentPropertiesA(nullptr, handle, device.data(), &dm, nullptr, DM_OUT_BUFFER);
+    LONG r = DocumentPropertiesA(nullptr, handle, device.data(), &dm, initial,
+                                 DM_OUT_BUFFER | (initial ? DM_IN_BUFFER : 0));
     ClosePrinter(handle);
     if (r < 0) return false;
     devMode = dm;
@@ -47,8 +39,49 @@ bool DescribePrinter(const std::string& printer, DEVMODE& devMode, std::string& 
     return true;
 }
 
-// Runs the dialog for pd and fills the given records. TRUE when a printer was chosen.
-BOOL RunPrintDialog(PRINTDLGA* pd, DEVMODE& devMode, std::string& names) {
+// Puts bytes into the caller's block when it is large enough, else into a new block (the
+// old one is freed). The block is the caller's to free, as the platform hands it out.
+HGLOBAL StoreBlock(HGLOBAL block, const void* data, size_t size) {
+    if (block && ::GlobalSize(block) < size) {
+        ::GlobalFree(block);
+        block = nullptr;
+    }
+    if (!block) block = ::GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, size);
+    if (!block) return nullptr;
+    void* p = ::GlobalLock(block);
+    if (!p) return block;
+    std::memcpy(p, data, size);
+    ::GlobalUnlock(block);
+    return block;
+}
+
+// The settings a caller prepared in pd->hDevMode (the library's plot printing does), or null.
+bool CallerSettings(const PRINTDLGA* pd, DEVMODE& out) {
+    if (!pd->hDevMode || ::GlobalSize(pd->hDevMode) < sizeof(DEVMODE)) return false;
+    const void* p = ::GlobalLock(pd->hDevMode);
+    if (!p) return false;
+    std::memcpy(&out, p, sizeof out);
+    ::GlobalUnlock(pd->hDevMode);
+    return true;
+}
+
+std::string NameAt(HGLOBAL names, size_t which) {
+    std::string out;
+    const SIZE_T size = names ? ::GlobalSize(names) : 0;
+    if (size < sizeof(DEVNAMES)) return out;
+    const char* p = static_cast<const char*>(::GlobalLock(names));
+    if (!p) return out;
+    DEVNAMES dn;
+    std::memcpy(&dn, p, sizeof dn);
+    const WORD offs[3] = {dn.wDriverOffset, dn.wDeviceOffset, dn.wOutputOffset};
+    if (offs[which] < size) out.assign(p + offs[which], strnlen(p + offs[which], size - offs[which]));
+    ::GlobalUnlock(names);
+    return out;
+}
+
+}  // namespace
+
+BOOL PrintDlgA(PRINTDLGA* pd) {
     if (!pd || pd->lStructSize < sizeof(PRINTDLGA)) return FALSE;
     std::string printer = DefaultPrinterName();
     if (!(pd->Flags & PD_RETURNDEFAULT)) {
@@ -58,21 +91,20 @@ BOOL RunPrintDialog(PRINTDLGA* pd, DEVMODE& devMode, std::string& names) {
         if (answer.value != IDOK) return FALSE;
         if (!answer.text.empty()) printer = answer.text;
     }
-    if (printer.empty() || !DescribePrinter(printer, devMode, names)) return FALSE;
-    pd->hDevMode = &devMode;
-    pd->hDevNames = names.data();
+    DEVMODE initial{}, devMode{};
+    const bool given = CallerSettings(pd, initial);
+    std::string names;
+    if (printer.empty() || !DescribePrinter(printer, given ? &initial : nullptr, devMode, names)) return FALSE;
+    HGLOBAL dm = StoreBlock(pd->hDevMode, &devMode, sizeof devMode);
+    HGLOBAL dn = StoreBlock(pd->hDevNames, names.data(), names.size());
+    if (!dm || !dn) return FALSE;
+    pd->hDevMode = dm;
+    pd->hDevNames = dn;
     if (pd->Flags & (PD_RETURNDC | PD_RETURNIC)) {
         pd->hDC = (pd->Flags & PD_RETURNDC) ? CreateDCA("WINSPOOL", printer.c_str(), nullptr, &devMode)
                                             : CreateICA("WINSPOOL", printer.c_str(), nullptr, &devMode);
     }
     return TRUE;
-}
-
-}  // namespace
-
-BOOL PrintDlgA(PRINTDLGA* pd) {
-    PrintRecords& r = SharedRecords();
-    return RunPrintDialog(pd, r.devMode, r.names);
 }
 
 CPrintDialog::CPrintDialog(BOOL printSetup, DWORD flags, CWnd*) {
@@ -82,37 +114,39 @@ CPrintDialog::CPrintDialog(BOOL printSetup, DWORD flags, CWnd*) {
     m_pd.nMaxPage = 0xFFFF;
 }
 
-CPrintDialog::~CPrintDialog() = default;
+CPrintDialog::~CPrintDialog() {
+    for (HGLOBAL block : {m_pd.hDevMode, m_pd.hDevNames}) {
+        if (!block) continue;
+        // GetDevMode leaves its block locked; it goes now.
+        while (::GlobalFlags(block) & GMEM_LOCKCOUNT) ::GlobalUnlock(block);
+        ::GlobalFree(block);
+    }
+}
 
-INT_PTR CPrintDialog::DoModal() { return RunPrintDialog(&m_pd, m_devMode, m_names) ? IDOK : IDCANCEL; }
+INT_PTR CPrintDialog::DoModal() { return PrintDlgA(&m_pd) ? IDOK : IDCANCEL; }
 
 BOOL CPrintDialog::GetDefaults() {
     const DWORD saved = m_pd.Flags;
     m_pd.Flags |= PD_RETURNDEFAULT;
-    BOOL ok = RunPrintDialog(&m_pd, m_devMode, m_names);
+    BOOL ok = PrintDlgA(&m_pd);
     m_pd.Flags = saved;
     return ok;
 }
 
 HDC CPrintDialog::GetPrinterDC() const {
     if (m_pd.hDC) return m_pd.hDC;
-    if (m_names.empty()) return nullptr;
-    return CreateDCA("WINSPOOL", GetDeviceName(), nullptr, &m_devMode);
+    const std::string device = NameAt(m_pd.hDevNames, 1);
+    if (device.empty()) return nullptr;
+    DEVMODE dm{};
+    const bool have = CallerSettings(&m_pd, dm);
+    return CreateDCA("WINSPOOL", device.c_str(), nullptr, have ? &dm : nullptr);
 }
 
 DEVMODE* CPrintDialog::GetDevMode() const {
-    return m_names.empty() ? nullptr : const_cast<DEVMODE*>(&m_devMode);
+    // The block stays locked once, as the platform's framework leaves it.
+    return m_pd.hDevMode ? static_cast<DEVMODE*>(::GlobalLock(m_pd.hDevMode)) : nullptr;
 }
 
-static CString NameAt(const std::string& names, size_t which) {
-    if (names.size() < sizeof(DEVNAMES)) return CString();
-    DEVNAMES dn;
-    std::memcpy(&dn, names.data(), sizeof dn);
-    const WORD offs[3] = {dn.wDriverOffset, dn.wDeviceOffset, dn.wOutputOffset};
-    if (offs[which] >= names.size()) return CString();
-    return CString(names.c_str() + offs[which]);
-}
-
-CString CPrintDialog::GetDriverName() const { return NameAt(m_names, 0); }
-CString CPrintDialog::GetDeviceName() const { return NameAt(m_names, 1); }
-CString CPrintDialog::GetPortName() const { return NameAt(m_names, 2); }
+CString CPrintDialog::GetDriverName() const { return CString(NameAt(m_pd.hDevNames, 0).c_str()); }
+CString CPrintDialog::GetDeviceName() const { return CString(NameAt(m_pd.hDevNames, 1).c_str()); }
+CString CPrintDialog::GetPortName() const { return CString(NameAt(m_pd.hDevNames, 2).c_str()); }
