@@ -90,6 +90,22 @@ int main(int argc, char** argv) {
         adjust.SetWindowPos(nullptr, 1320, 40, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
         adjust.ShowWindow(SW_SHOW);
     }
+    // The line style dialog, as the plot fills it: five curves and their styles.
+    CDialog style;
+    if (style.Create(10006u, &main)) {
+        static const char* const kStyles[] = {"Solid", "Dash", "Dot", "Dash Dot", "Dash Dot Dot", "Points", "Bars", "Steps"};
+        const int labels[5] = {10013, 10014, 10015, 10020, 10021}, combos[5] = {10051, 10052, 10053, 10055, 10056};
+        for (int i = 0; i < 5; ++i) {
+            char text[16];
+            std::snprintf(text, sizeof text, "Curve%d:", i + 1);
+            style.SetDlgItemText(labels[i], text);
+            CWnd* combo = style.GetDlgItem(combos[i]);
+            for (const char* s : kStyles) combo->SendMessage(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(s));
+            combo->SendMessage(CB_SETCURSEL, static_cast<WPARAM>(i % 3), 0);
+        }
+        style.SetWindowPos(nullptr, 1320, 220, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        style.ShowWindow(SW_SHOW);
+    }
     main.UpdateWindow();
 
     if (!orlex::IsHeadless()) {
@@ -103,7 +119,7 @@ int main(int argc, char** argv) {
     std::filesystem::create_directories(out, ec);
     const std::string dir = std::filesystem::absolute(out, ec).string();
     struct Shot { CWnd* wnd; const char* file; };
-    const Shot shots[] = {{&main, "main.png"}, {&adjust, "color-adjustment.png"}};
+    const Shot shots[] = {{&main, "main.png"}, {&adjust, "color-adjustment.png"}, {&style, "grid-style.png"}};
     int written = 0;
     for (const Shot& s : shots) {
         const std::string path = dir + "/" + s.file;
@@ -111,6 +127,7 @@ int main(int argc, char** argv) {
         else std::fprintf(stderr, "could not write %s\n", path.c_str());
     }
     std::printf("orlexUI demo: %d screenshots in %s\n", written, dir.c_str());
+    style.DestroyWindow();
     adjust.DestroyWindow();
     main.DestroyWindow();
     OrlexUI::Shutdown();
