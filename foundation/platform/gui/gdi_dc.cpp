@@ -582,15 +582,17 @@ bool DrawArcShape(Dc& dc, ArcKind kind, int x1, int y1, int x2, int y2, int x3, 
     std::vector<Span> fill;
     const POINT pa = arc.empty() ? POINT{static_cast<LONG>(cx), static_cast<LONG>(cy)} : arc.front();
     const POINT pb = arc.empty() ? pa : arc.back();
+    const POINT mid = arc.empty() ? pa : arc[arc.size() / 2];
+    const double arcSide = double(pb.x - pa.x) * (mid.y - pa.y) - double(pb.y - pa.y) * (mid.x - pa.x);
     for (const Span& sp : spans) {
         int x = sp.x0;
         while (x < sp.x1) {
             auto inside = [&](int px) {
                 if (full) return true;
                 if (kind == ArcKind::Pie) return AngleInSweep(ScreenAngle(cx, cy, px, sp.y), a0, a1);
-                // Chord: left of pa -> pb on the screen means the arc's side.
+                // Chord: the side of the line pa-pb on which the arc's middle lies.
                 const double cross = double(pb.x - pa.x) * (sp.y - pa.y) - double(pb.y - pa.y) * (px - pa.x);
-                return cross <= 0;
+                return arcSide >= 0 ? cross >= 0 : cross <= 0;
             };
             while (x < sp.x1 && !inside(x)) ++x;
             const int xs = x;

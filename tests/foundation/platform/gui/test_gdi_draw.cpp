@@ -795,3 +795,31 @@ TEST(GdiRobustness, FarAndDegenerateInputs) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(GdiShapes, ChordAndPieFillTheSideOfTheArc) {
+    struct Case {
+        const char* name;
+        bool pie;
+        POINT start, end;
+        std::vector<std::pair<POINT, bool>> filled;
+    };
+    const Case cases[] = {
+        {"chord, upper half", false, {21, 10}, {0, 10}, {{{10, 3}, true}, {{10, 17}, false}}},
+        {"chord, lower half", false, {0, 10}, {21, 10}, {{{10, 3}, false}, {{10, 17}, true}}},
+        {"pie, upper right", true, {21, 10}, {10, 0}, {{{15, 5}, true}, {{5, 5}, false}, {{15, 15}, false}}},
+        {"pie, three quarters", true, {10, 0}, {21, 10}, {{{15, 5}, false}, {{5, 5}, true}, {{15, 15}, true}}},
+    };
+    for (const Case& c : cases) {
+        Canvas cv(22, 22);
+        CBrush blue(kBlue);
+        cv.dc.SelectObject(&blue);
+        if (c.pie) cv.dc.Pie(0, 0, 21, 21, c.start.x, c.start.y, c.end.x, c.end.y);
+        else cv.dc.Chord(0, 0, 21, 21, c.start.x, c.start.y, c.end.x, c.end.y);
+        for (const auto& [p, in] : c.filled) EXPECT_EQ(cv.At(p.x, p.y) == kBlue, in) << c.name << " " << p.x << "," << p.y;
+        cv.dc.SelectStockObject(WHITE_BRUSH);
+    }
+}
+
+}  // namespace
