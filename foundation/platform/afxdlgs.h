@@ -824,7 +824,8 @@ public:
 };
 
 // A tooltip control: a small top-level window of the layer that shows a tool's text after
-// the initial delay while the pointer rests on it (messages passed by RelayEvent), and
+// the initial delay while the pointer rests on it (mouse messages passed by RelayEvent, or
+// seen by itself for tools added with TTF_SUBCLASS, as AddTool of a whole window does), and
 // hides after the auto-pop delay, on a click, or on Pop. Tracking tools (TTF_TRACK) show
 // at TTM_TRACKPOSITION while TTM_TRACKACTIVATE is on.
 class CToolTipCtrl : public CWnd {

@@ -2,6 +2,7 @@
 // the pointer after a delay, and tracking tips placed by their owner.
 #include <algorithm>
 #include <cstring>
+#include <unordered_map>
 #include <vector>
 
 #include "foundation/platform/gui/ctl_common_p.h"
@@ -180,6 +181,50 @@ void Relay(HWND tip, TipState& s, const MSG* msg) {
     }
 }
 
+// Tools added with TTF_SUBCLASS: their windows' procedures are wrapped so that their mouse
+// messages reach the tooltips without RelayEvent.
+struct Subclassed {
+    WNDPROC old = nullptr;
+    std::vector<HWND> tips;
+};
+std::unordered_map<HWND, Subclassed>& SubclassTable() {
+    static std::unordered_map<HWND, Subclassed> t;
+    return t;
+}
+
+LRESULT SubclassProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
+    auto it = SubclassTable().find(hwnd);
+    if (it == SubclassTable().end()) return ::DefWindowProcA(hwnd, msg, wp, lp);
+    const WNDPROC old = it->second.old;
+    if ((msg >= WM_MOUSEFIRST && msg <= WM_MOUSELAST) && msg != WM_MOUSEWHEEL) {
+        MSG m{hwnd, msg, wp, lp, 0, {0, 0}};
+        const std::vector<HWND> tips = it->second.tips;
+        for (HWND tip : tips)
+            if (::IsWindow(tip)) ::SendMessageA(tip, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&m));
+    }
+    if (msg == WM_NCDESTROY) {
+        ::SetWindowLongPtrA(hwnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(old));
+        SubclassTable().erase(hwnd);
+    }
+    return ::CallWindowProcA(old, hwnd, msg, wp, lp);
+}
+
+void WatchTool(HWND tip, HWND target) {
+    if (!target || !::IsWindow(target)) return;
+    auto it = SubclassTable().find(target);
+    if (it == SubclassTable().end()) {
+        Subclassed s;
+        s.old = reinterpret_cast<WNDPROC>(::SetWindowLongPtrA(target, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(SubclassProc)));
+        if (!s.old) return;
+        it = SubclassTable().emplace(target, std::move(s)).first;
+    }
+    if (std::find(it->second.tips.begin(), it->second.tips.end(), tip) == it->second.tips.end()) it->second.tips.push_back(tip);
+}
+
+void ForgetTip(HWND tip) {
+    for (auto& [h, s] : SubclassTable()) s.tips.erase(std::remove(s.tips.begin(), s.tips.end(), tip), s.tips.end());
+}
+
 }  // namespace
 
 LRESULT ToolTipProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
@@ -188,6 +233,7 @@ LRESULT ToolTipProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     case WM_NCDESTROY:
         ::KillTimer(hwnd, kShowTimer);
         ::KillTimer(hwnd, kPopTimer);
+        ForgetTip(hwnd);
         g_tips.Erase(hwnd);
         return ::DefWindowProcA(hwnd, msg, wp, lp);
     case WM_PAINT:
@@ -255,6 +301,7 @@ LRESULT ToolTipProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
         const int at = FindTool(s, t.hwnd, t.id);
         if (at >= 0) s.tools[static_cast<size_t>(at)] = t;
         else s.tools.push_back(t);
+        if (t.flags & TTF_SUBCLASS) WatchTool(hwnd, ToolWindow(t));
         return TRUE;
     }
     case TTM_DELTOOLA: {

@@ -419,4 +419,20 @@ TEST_F(Controls, TooltipShowsAfterTheDelayAndPops) {
     EXPECT_STREQ(tip.GetShownText(), "");
 }
 
+TEST_F(Controls, TooltipOfAWholeWindowWatchesThePointerItself) {
+    CButton tool;
+    ASSERT_TRUE(tool.Create("?", WS_VISIBLE | BS_PUSHBUTTON, CRect(10, 10, 60, 30), &host, 121));
+    CToolTipCtrl tip;
+    ASSERT_TRUE(tip.Create(&host));
+    ASSERT_TRUE(tip.AddTool(&tool, "Reset Offsets"));
+    tip.SetDelayTime(TTDT_INITIAL, 100);
+    MouseMove(host.m_hWnd, POINT{200, 200});
+    MouseMove(tool.m_hWnd, POINT{5, 5});
+    AdvanceClock(100);
+    EXPECT_STREQ(tip.GetShownText(), "Reset Offsets");
+    Click(tool.m_hWnd, POINT{5, 5});  // and the button still works under the watch
+    EXPECT_STREQ(tip.GetShownText(), "");
+    EXPECT_EQ(host.Codes(WM_COMMAND).back(), (Note{WM_COMMAND, 121, BN_CLICKED, 0, 0}));
+}
+
 }  // namespace
