@@ -1433,11 +1433,12 @@ BOOL DrawFrameControl(HDC hdc, LPRECT rc, UINT type, UINT state) {
         for (int i = 0; i < n; ++i) {
             const int half = n - 1 - i;
             for (int k = -half; k <= half; ++k) {
+                // Row i is the triangle's base for i = 0; the tip points the way of the arrow.
                 switch (kind) {
-                case DFCS_SCROLLUP: SetPixelV(hdc, cx + k, cy - n / 2 + i, c); break;
-                case DFCS_SCROLLLEFT: SetPixelV(hdc, cx - n / 2 + i, cy + k, c); break;
-                case DFCS_SCROLLRIGHT: SetPixelV(hdc, cx + n / 2 - i, cy + k, c); break;
-                default: SetPixelV(hdc, cx + k, cy + n / 2 - i, c); break;  // down, combo box
+                case DFCS_SCROLLUP: SetPixelV(hdc, cx + k, cy + n / 2 - i, c); break;
+                case DFCS_SCROLLLEFT: SetPixelV(hdc, cx + n / 2 - i, cy + k, c); break;
+                case DFCS_SCROLLRIGHT: SetPixelV(hdc, cx - n / 2 + i, cy + k, c); break;
+                default: SetPixelV(hdc, cx + k, cy - n / 2 + i, c); break;  // down, combo box
                 }
             }
         }

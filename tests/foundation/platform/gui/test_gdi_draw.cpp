@@ -823,3 +823,30 @@ TEST(GdiShapes, ChordAndPieFillTheSideOfTheArc) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(GdiFrames, ScrollArrowsPointTheirWay) {
+    // The arrow's widest row (or column) lies opposite its tip.
+    struct Case { UINT state; bool vertical; bool tipFirst; };
+    const Case cases[] = {{DFCS_SCROLLDOWN, true, false}, {DFCS_SCROLLUP, true, true},
+                          {DFCS_SCROLLLEFT, false, true}, {DFCS_SCROLLRIGHT, false, false}};
+    for (const Case& c : cases) {
+        Canvas cv(17, 17);
+        RECT r{0, 0, 17, 17};
+        cv.dc.DrawFrameControl(&r, DFC_SCROLL, c.state);
+        // Count arrow (black) pixels per row or column inside the frame.
+        std::vector<int> count(17, 0);
+        for (int y = 2; y < 15; ++y)
+            for (int x = 2; x < 15; ++x)
+                if (cv.At(x, y) == kBlack) ++count[c.vertical ? y : x];
+        int first = -1, last = -1;
+        for (int i = 0; i < 17; ++i)
+            if (count[i]) { if (first < 0) first = i; last = i; }
+        ASSERT_GE(first, 0) << c.state;
+        EXPECT_EQ(count[c.tipFirst ? first : last], 1) << c.state;
+        EXPECT_GT(count[c.tipFirst ? last : first], 1) << c.state;
+    }
+}
+
+}  // namespace
