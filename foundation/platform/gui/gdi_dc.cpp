@@ -18,9 +18,12 @@
 namespace orlex::gdi {
 namespace {
 
+// Context handles are numbers that are never given out twice, so a handle kept after its
+// release fails instead of reaching a newer context at the same address.
 struct DcRegistry {
     std::recursive_mutex mu;
-    std::unordered_set<Dc*> live;
+    std::unordered_map<HDC, Dc*> live;
+    std::uintptr_t next = 0x10000;
     std::unordered_map<HDC, std::unique_ptr<CDC>> temps;
 };
 DcRegistry& DReg() {
@@ -36,15 +39,17 @@ Dc* LookupDc(HDC h) {
     if (!h) return nullptr;
     DcRegistry& r = DReg();
     std::lock_guard lock(r.mu);
-    auto* d = reinterpret_cast<Dc*>(h);
-    return r.live.count(d) ? d : nullptr;
+    auto it = r.live.find(h);
+    return it == r.live.end() ? nullptr : it->second;
 }
 
 HDC RegisterDc(Dc* dc) {
     DcRegistry& r = DReg();
     std::lock_guard lock(r.mu);
-    r.live.insert(dc);
-    return reinterpret_cast<HDC>(dc);
+    r.next += 0x10;
+    HDC h = reinterpret_cast<HDC>(r.next);
+    r.live.emplace(h, dc);
+    return h;
 }
 
 // Lets go of every selected object and forgets the context.
@@ -55,7 +60,7 @@ void DestroyDc(HDC h) {
     {
         DcRegistry& r = DReg();
         std::lock_guard lock(r.mu);
-        r.live.erase(dc);
+        r.live.erase(h);
         auto it = r.temps.find(h);
         if (it != r.temps.end()) {
             temp = std::move(it->second);

@@ -850,3 +850,19 @@ TEST(GdiFrames, ScrollArrowsPointTheirWay) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(GdiObjects, ReleasedContextHandlesStayInvalid) {
+    HDC first = CreateCompatibleDC(nullptr);
+    ASSERT_NE(first, nullptr);
+    EXPECT_TRUE(DeleteDC(first));
+    HDC second = CreateCompatibleDC(nullptr);
+    EXPECT_NE(second, first);
+    EXPECT_EQ(SetBkColor(first, kRed), CLR_INVALID);
+    EXPECT_EQ(GetBkColor(second), kWhite);
+    EXPECT_FALSE(DeleteDC(first));
+    EXPECT_TRUE(DeleteDC(second));
+}
+
+}  // namespace
