@@ -16,6 +16,8 @@ bool DemoColourTablesScene(CWnd* parent, const CRect& area);
 bool DemoControlsScene(CWnd* parent, const CRect& area);
 // The image view scenes (scene_imageview.cpp).
 bool DemoImageViewScenes(CWnd* parent, const CRect& area);
+// A colour bar wired to an image view (scene_colourbar.cpp), about 360 x 320 pixels.
+bool DemoColourBarScene(CWnd* parent, const CRect& area);
 
 // Writes the window (with its frame) as a PNG file; false when it can't be written.
 bool SaveWindowPng(CWnd* wnd, const std::string& path);

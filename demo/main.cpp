@@ -42,6 +42,7 @@ const Scene kScenes[] = {
     {"plot", DemoPlotScene, CRect(650, 5, 1270, 325)},
     {"colour tables", DemoColourTablesScene, CRect(5, 335, 640, 560)},
     {"controls", DemoControlsScene, CRect(650, 335, 1135, 560)},
+    {"colour bar", DemoColourBarScene, CRect(1280, 5, 1640, 325)},
 };
 
 // Lets timers and paints run for a while on the real clock.
@@ -77,7 +78,7 @@ int main(int argc, char** argv) {
     CRect wr, cr;
     main.GetWindowRect(&wr);
     main.GetClientRect(&cr);
-    main.MoveWindow(wr.left, wr.top, 1275 + wr.Width() - cr.Width(), 565 + wr.Height() - cr.Height());
+    main.MoveWindow(wr.left, wr.top, 1645 + wr.Width() - cr.Width(), 565 + wr.Height() - cr.Height());
     for (const Scene& s : kScenes)
         if (!s.build(&main, s.area)) std::fprintf(stderr, "scene \"%s\" could not be built\n", s.name);
 
@@ -87,7 +88,7 @@ int main(int argc, char** argv) {
         adjust.SetDlgItemInt(10042, 2);
         adjust.SetDlgItemInt(10043, static_cast<UINT>(-16));
         adjust.SetDlgItemInt(10040, 12);
-        adjust.SetWindowPos(nullptr, 1320, 40, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        adjust.SetWindowPos(nullptr, 1700, 40, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
         adjust.ShowWindow(SW_SHOW);
     }
     // The line style dialog, as the plot fills it: five curves and their styles.
@@ -103,7 +104,7 @@ int main(int argc, char** argv) {
             for (const char* s : kStyles) combo->SendMessage(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(s));
             combo->SendMessage(CB_SETCURSEL, static_cast<WPARAM>(i % 3), 0);
         }
-        style.SetWindowPos(nullptr, 1320, 220, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        style.SetWindowPos(nullptr, 1700, 220, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
         style.ShowWindow(SW_SHOW);
     }
     main.UpdateWindow();

@@ -172,5 +172,5 @@ void PaintTables(CDC& dc, const CRect& r) {
 
 }  // namespace
 
-bool DemoPlotScene(CWnd* parent, const CRect& area) { return Place(PaintPlot, parent, area, 0x7200); }
+bool DemoPlotScene(CWnd* parent, const CRect& area) { return Place(PaintPlot, parent, area, 0x7250); }
 bool DemoColourTablesScene(CWnd* parent, const CRect& area) { return Place(PaintTables, parent, area, 0x7300); }
