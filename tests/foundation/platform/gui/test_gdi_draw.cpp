@@ -472,7 +472,7 @@ TEST(GdiDib, EightBitBlockToLargerAndSmallerRectangles) {
     };
     for (const Case& c : cases) {
         Canvas cv(8, 4);
-        cv.dc.SetStretchBltMode(HALFTONE);
+        cv.dc.SetStretchBltMode(COLORONCOLOR);
         EXPECT_GT(StretchDIBits(cv.dc.m_hDC, c.x, c.y, c.w, c.h, c.xs, c.ys, c.ws, c.hs, block.data() + 1064, info,
                                 DIB_RGB_COLORS, SRCCOPY), 0);
         EXPECT_EQ(cv.Grid(), c.grid) << c.w << "x" << c.h;
@@ -498,6 +498,26 @@ TEST(GdiDib, TwentyFourBitBlockStretchedBothWays) {
     Canvas small(2, 1);
     StretchDIBits(small.dc.m_hDC, 0, 0, 2, 1, 0, 0, 4, 2, b.data() + 44, info, DIB_RGB_COLORS, SRCCOPY);
     EXPECT_EQ(small.Grid(), Rows({"rb"}));
+}
+
+TEST(GdiDib, HalftoneShrinkingAveragesWhatEachPixelCovers) {
+    // 4 x 2 to 2 x 1: each pixel covers a 2 x 2 square of the block.
+    const auto block = Block8(4, 2, {0, 1, 2, 2, 0, 1, 3, 3},
+                              {RGB(200, 100, 0), RGB(0, 0, 0), RGB(255, 0, 0), RGB(0, 0, 255)});
+    Canvas cv(3, 1);
+    cv.dc.SetStretchBltMode(HALFTONE);
+    StretchDIBits(cv.dc.m_hDC, 0, 0, 2, 1, 0, 0, 4, 2, block.data() + 1064,
+                  reinterpret_cast<const BITMAPINFO*>(block.data()), DIB_RGB_COLORS, SRCCOPY);
+    EXPECT_EQ(cv.At(0, 0), RGB(100, 50, 0));    // two of (200,100,0), two black
+    EXPECT_EQ(cv.At(1, 0), RGB(128, 0, 128));   // two red, two blue, rounded
+    EXPECT_EQ(cv.At(2, 0), kWhite);
+    // Enlarging in this mode still repeats pixels exactly.
+    Canvas big(8, 4);
+    big.dc.SetStretchBltMode(HALFTONE);
+    StretchDIBits(big.dc.m_hDC, 0, 0, 8, 4, 0, 0, 4, 2, block.data() + 1064,
+                  reinterpret_cast<const BITMAPINFO*>(block.data()), DIB_RGB_COLORS, SRCCOPY);
+    EXPECT_EQ(big.At(0, 0), RGB(200, 100, 0));
+    EXPECT_EQ(big.At(7, 3), RGB(255, 0, 0));
 }
 
 TEST(GdiDib, ShortUnpaddedBlockIsNotReadPastItsEnd) {
