@@ -29,6 +29,10 @@ constexpr std::size_t kHeaderBytes = 40;
 constexpr int kPaletteEntries = 256;
 // The system colour the view wipes to when it has no image (the window background).
 constexpr int kWipeColour = 17;
+// The view shows data pixels as they are: nearest neighbour, also when it shrinks the
+// image (halftone mode would average the pixels that a screen pixel covers, which blurs
+// single-pixel features of a scan and costs a pass over every source pixel).
+constexpr int kStretchMode = COLORONCOLOR;
 
 // Sizes of the block that a view of this kind needs for rows x cols.
 std::size_t PixelOffset(bool realTime) { return realTime ? kBitmap8BitPixelOffset : kBitmap24BitPixelOffset; }
@@ -279,7 +283,7 @@ bool CImageView::StretchIntoMemory()
     const CRect z = GetZoomRect();
     CRect c;
     GetClientRect(&c);
-    m_memDC.SetStretchBltMode(HALFTONE);
+    m_memDC.SetStretchBltMode(kStretchMode);
     // The zoom rectangle counts rows from the top, the block from the bottom.
     ::StretchDIBits(m_memDC.GetSafeHdc(), 0, 0, c.Width(), c.Height(), z.left, m_nRows - z.bottom, z.Width(),
                     z.Height(), block + PixelOffset(m_bRealTime), reinterpret_cast<const BITMAPINFO*>(block),
@@ -475,7 +479,7 @@ void CImageView::UpdateImageLine(int line, int direction, int* data)
     const orlex::view::ScanStrip s = orlex::view::ComputeScanStrip(line, lines, direction, zLo, zHi, c);
     auto* block = static_cast<BYTE*>(GlobalLock(m_hDib));
     if (!block) return;
-    m_memDC.SetStretchBltMode(HALFTONE);
+    m_memDC.SetStretchBltMode(kStretchMode);
     ::StretchDIBits(m_memDC.GetSafeHdc(), c.left, s.yTop, c.right - c.left, s.yBot - s.yTop, z.left, s.first,
                     z.right - z.left, s.last - s.first, block + kBitmap8BitPixelOffset,
                     reinterpret_cast<const BITMAPINFO*>(block), DIB_RGB_COLORS, SRCCOPY);
