@@ -52,7 +52,7 @@ public:
     // Stretches the bar's picture into dest of dc and frames it with dc's pen.
     void PrintInRect(CDC* dc, CRect& dest);
     // Loading direction only: re-derives the table and tells the parent.
-    void DoDataExchange(CDataExchange* dx);
+    void DoDataExchange(CDataExchange* dx) override;
     // Class record (unless versioning is off), then table, contrast, offset as ints. A
     // stored table number past the list loads as 12. Bad schema: CArchiveException 7.
     void Serialize(CArchive& ar) override;

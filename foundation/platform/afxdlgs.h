@@ -624,7 +624,7 @@ public:
     virtual void OnOK();
     // Escape and the Cancel button: EndDialog(IDCANCEL).
     virtual void OnCancel();
-    virtual void DoDataExchange(CDataExchange* dx) {}
+    void DoDataExchange(CDataExchange* dx) override {}
     BOOL PreTranslateMessage(MSG* msg) override;
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
     BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;

@@ -20,6 +20,7 @@
 #include "foundation/platform/afxobj.h"
 
 class CWnd;
+class CDataExchange;
 class CDC;     // afxgdi.h
 class CFont;   // afxgdi.h
 class CMenu;   // afxmenu.h
@@ -1245,7 +1246,11 @@ public:
     virtual BOOL ContinueModal();
     virtual void EndModalLoop(int result);
     void CenterWindow(CWnd* alternateOwner = nullptr);
-    BOOL UpdateData(BOOL saveAndValidate = TRUE);  // defined with the dialog classes
+    // Data exchange between a window's fields and its child controls. UpdateData(TRUE)
+    // reads and validates (FALSE when a check failed), FALSE writes; both run
+    // DoDataExchange. Defined with the dialog classes.
+    BOOL UpdateData(BOOL saveAndValidate = TRUE);
+    virtual void DoDataExchange(CDataExchange* dx) {}
     BOOL EnableToolTips(BOOL enable = TRUE);       // defined with the tooltip classes
 
     // Parameters of the framework's WM_CTLCOLOR packing (lParam points to a record).

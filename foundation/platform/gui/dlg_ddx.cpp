@@ -318,11 +318,11 @@ void DDV_MaxChars(CDataExchange* dx, const CString& value, int count) {
         FailWith(dx, "Please enter no more than " + std::to_string(count) + " characters.");
 }
 
-// UpdateData belongs to every window; only dialogs have data to exchange.
+// Any window may exchange data with its child controls (dialogs, and controls such as
+// the colour bar that keep fields of their own).
 BOOL CWnd::UpdateData(BOOL saveAndValidate) {
-    CDialog* dlg = dynamic_cast<CDialog*>(this);
-    if (!dlg || !m_hWnd) return TRUE;
+    if (!m_hWnd) return TRUE;
     CDataExchange dx(this, saveAndValidate);
-    dlg->DoDataExchange(&dx);
+    DoDataExchange(&dx);
     return dx.m_bFailed ? FALSE : TRUE;
 }

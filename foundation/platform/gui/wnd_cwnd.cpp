@@ -8,6 +8,7 @@
 
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/afxmenu.h"
+#include "foundation/platform/gui/dlg_modal_p.h"
 #include "foundation/platform/gui/wnd_p.h"
 
 IMPLEMENT_DYNAMIC(CWnd, CCmdTarget)
@@ -46,6 +47,9 @@ using namespace orlex::detail;
 namespace orlex {
 
 void EnsureApplication() {
+    // Message boxes and common dialogs are shown for real when a display exists, however
+    // the library was linked.
+    detail::InstallModalPresenters();
     if (QCoreApplication::instance()) return;
     if (!std::getenv("QT_QPA_PLATFORM") && !std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY"))
         setenv("QT_QPA_PLATFORM", "offscreen", 0);
