@@ -45,7 +45,16 @@
 // Colour tables.
 #include "colour/ColorTable.h"
 #include "colour/ColorTableMath.h"
+#include "colour/ColorAdjust.h"
+#include "colour/ColorCtrl.h"
+#include "colour/ImageAdjust.h"
 
 // Image view.
 #include "imageview/BitmapData.h"
 #include "imageview/BitmapKernels.h"
+#include "imageview/BitmapSamples.h"
+#include "imageview/CursorPos.h"
+#include "imageview/DrawParameters.h"
+#include "imageview/ImageViewFrame.h"
+#include "imageview/ImageView.h"
+#include "imageview/ZoomRecord.h"
