@@ -122,7 +122,7 @@ TEST(GdiPaint, PaintingIsClippedToTheUpdateRegion) {
     LPCSTR cls = AfxRegisterWndClass(0, nullptr, GetSysColorBrush(COLOR_WINDOW));
     ASSERT_TRUE(w.CreateEx(0, cls, "paint", WS_POPUP | WS_VISIBLE, 0, 0, 100, 60, nullptr, nullptr));
     orlex::test::Pump();
-    ASSERT_GE(w.paints, 1);
+    EXPECT_GE(w.paints, 1);
     {
         // Back to white outside painting, then a partial invalidation repaints only its part.
         CClientDC dc(&w);
