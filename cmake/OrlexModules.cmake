@@ -67,12 +67,18 @@ function(orlexui_shared_library)
   set_target_properties(orlexui PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 endfunction()
 
-# orlexui_test(name SOURCES... LIBS ...): one GoogleTest executable, its cases listed in ctest.
+# orlexui_test(name SOURCES... LIBS ... [LOCK resource]): one GoogleTest executable, its
+# cases listed in ctest. LOCK keeps its cases from running at the same time as each other
+# (ctest runs each case as a process of its own), for cases that share a file of the
+# process such as the custom colour tables beside the executable.
 function(orlexui_test name)
-  cmake_parse_arguments(T "" "" "SOURCES;LIBS" ${ARGN})
+  cmake_parse_arguments(T "" "LOCK" "SOURCES;LIBS" ${ARGN})
   add_executable(${name} ${T_SOURCES})
   target_link_libraries(${name} PRIVATE ${T_LIBS} GTest::gtest GTest::gmock GTest::gtest_main)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ORLEXUI_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data")
+  set(props ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ORLEXUI_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data")
+  if(T_LOCK)
+    list(APPEND props RESOURCE_LOCK ${T_LOCK})
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ${props})
 endfunction()
