@@ -21,8 +21,6 @@
 
 namespace orlex::detail {
 
-bool CursorImageOf(HCURSOR h, QImage* image, QPoint* hotSpot);
-
 namespace {
 
 constexpr int kScrollBar = 17;

@@ -205,6 +205,9 @@ void DestroyPresenter(WindowRec* w);
 
 // The HCURSOR of a standard shape id, and the toolkit shape it shows.
 int CursorShapeOf(HCURSOR h);
+// The picture and hot spot of a pointer loaded from a module's CURSOR resource; false
+// (and nothing written) for a standard shape or an unknown handle.
+bool CursorImageOf(HCURSOR h, QImage* image, QPoint* hotSpot);
 
 // Runs a window procedure with the thread's current-message record kept for Default().
 LRESULT CallProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp);
