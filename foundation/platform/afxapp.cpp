@@ -16,6 +16,14 @@ std::atomic<CWinApp*> g_app{nullptr};
 
 CWinApp* AfxGetApp() { return g_app.load(); }
 
+AFX_MODULE_STATE* AfxGetModuleState() {
+    thread_local AFX_MODULE_STATE state;
+    state.m_pCurrentWinApp = AfxGetApp();
+    state.m_hCurrentInstanceHandle = GetModuleHandleA(nullptr);
+    state.m_hCurrentResourceHandle = state.m_hCurrentInstanceHandle;
+    return &state;
+}
+
 CWinApp::CWinApp(LPCSTR appName) {
     m_hInstance = GetModuleHandleA(nullptr);
     char fname[_MAX_FNAME];

@@ -52,3 +52,18 @@ private:
 
 // The application object, or null when the host made none (or it is gone).
 CWinApp* AfxGetApp();
+
+// What the running module knows of itself: the application object and the program's
+// module, through which a control loads resources of the host rather than of the library.
+struct AFX_MODULE_STATE {
+    // The host's application object, AfxGetApp() (null when the host made none).
+    CWinApp* m_pCurrentWinApp = nullptr;
+    // The running program's module, GetModuleHandleA(nullptr), and where its resources
+    // are looked up.
+    HINSTANCE m_hCurrentInstanceHandle = nullptr;
+    HINSTANCE m_hCurrentResourceHandle = nullptr;
+};
+
+// The state of the running module, brought up to date at each call. The record belongs to
+// the calling thread and stays valid for the thread's life.
+AFX_MODULE_STATE* AfxGetModuleState();
