@@ -23,6 +23,7 @@ class CWnd;
 class CDataExchange;
 class CDC;     // afxgdi.h
 class CFont;   // afxgdi.h
+class CRgn;    // afxgdi.h
 class CMenu;   // afxmenu.h
 class CScrollBar;
 class CCmdUI;
@@ -1198,7 +1199,9 @@ public:
     void InvalidateRect(LPCRECT rect, BOOL erase = TRUE);
     void ValidateRect(LPCRECT rect);
     void UpdateWindow();
-    BOOL RedrawWindow(LPCRECT rect = nullptr, void* region = nullptr, UINT flags = RDW_INVALIDATE | RDW_UPDATENOW | RDW_ERASE);
+    // region (client coordinates) takes the place of rect when given; both null: the whole
+    // client area.
+    BOOL RedrawWindow(LPCRECT rect = nullptr, CRgn* region = nullptr, UINT flags = RDW_INVALIDATE | RDW_UPDATENOW | RDW_ERASE);
     BOOL GetUpdateRect(LPRECT rect, BOOL erase = FALSE);
     void ScrollWindow(int dx, int dy, LPCRECT scroll = nullptr, LPCRECT clip = nullptr);
     void SetRedraw(BOOL redraw = TRUE);

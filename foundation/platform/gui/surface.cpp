@@ -16,6 +16,7 @@
 
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/codepage.h"
+#include "foundation/platform/gui/gdi_p.h"
 #include "foundation/platform/gui/surface_p.h"
 #include "foundation/platform/gui/wnd_p.h"
 
@@ -277,7 +278,7 @@ void SurfaceTouched(const QImage* image, const QRect& rect) {
 }
 
 // Painting --------------------------------------------------------------------------------------
-void Invalidate(HWND hwnd, const QRegion* clientRegion, bool erase, bool validate, bool allChildren) {
+void Invalidate(HWND hwnd, const QRegion* clientRegion, bool erase, bool validate, bool allChildren, bool noChildren) {
     WindowRec* w = Find(hwnd);
     if (!w) return;
     QRect client = ClientRectOf(*w);
@@ -289,7 +290,7 @@ void Invalidate(HWND hwnd, const QRegion* clientRegion, bool erase, bool validat
         w->update |= r;
         w->erase = w->erase || erase;
     }
-    if (!allChildren && (w->style & WS_CLIPCHILDREN)) return;
+    if (noChildren || (!allChildren && (w->style & WS_CLIPCHILDREN))) return;
     for (HWND c : w->children) {
         WindowRec* cw = Find(c);
         if (!cw || !(cw->style & WS_VISIBLE)) continue;
@@ -645,17 +646,29 @@ BOOL UpdateWindow(HWND hwnd) {
     return TRUE;
 }
 
-BOOL RedrawWindow(HWND hwnd, const RECT* rect, HRGN, UINT flags) {
+BOOL RedrawWindow(HWND hwnd, const RECT* rect, HRGN region, UINT flags) {
     if (!IsWindow(hwnd)) return FALSE;
+    // The region, when there is one, takes the place of the rectangle; an empty region
+    // touches nothing (it is not "the whole window").
+    QRegion r;
+    bool some = false;
+    if (orlex::gdi::Region* rg = region ? orlex::gdi::AsRegion(region) : nullptr) {
+        r = rg->rgn;
+        some = true;
+    } else if (rect) {
+        r = QRegion(QRect(QPoint(rect->left, rect->top), QPoint(rect->right - 1, rect->bottom - 1)));
+        some = true;
+    }
     {
         std::lock_guard<std::mutex> g(Lock());
         WindowRec* w = Find(hwnd);
-        QRegion r;
-        if (rect) r = QRegion(QRect(QPoint(rect->left, rect->top), QPoint(rect->right - 1, rect->bottom - 1)));
+        if (!w) return FALSE;
         const bool all = (flags & RDW_ALLCHILDREN) != 0;
-        if (flags & RDW_INVALIDATE) Invalidate(hwnd, rect ? &r : nullptr, (flags & RDW_ERASE) != 0, false, all);
-        if (flags & RDW_VALIDATE) Invalidate(hwnd, rect ? &r : nullptr, false, true, all);
+        const bool none = (flags & RDW_NOCHILDREN) != 0;
+        if (flags & RDW_INVALIDATE) Invalidate(hwnd, some ? &r : nullptr, (flags & RDW_ERASE) != 0, false, all, none);
+        if (flags & RDW_VALIDATE) Invalidate(hwnd, some ? &r : nullptr, false, true, all, none);
         if (flags & RDW_INTERNALPAINT) w->internalPaint = true;
+        if (flags & RDW_NOINTERNALPAINT) w->internalPaint = false;
         if (flags & RDW_FRAME) w->ncDirty = true;
         WakeThread(QueueOf(w->thread));
     }

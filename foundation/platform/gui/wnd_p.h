@@ -187,9 +187,11 @@ struct KeyStroke {
 KeyStroke KeyForChar(BYTE ch);
 
 // Painting -------------------------------------------------------------------------------------
-// Adds (or removes, when validate) a client rectangle (null: all) to the update region;
-// includes children unless the window clips them, as the platform does.
-void Invalidate(HWND hwnd, const QRegion* clientRegion, bool erase, bool validate, bool allChildren);
+// Adds (or removes, when validate) a client region (null: all) to the update region;
+// includes children unless the window clips them, as the platform does: allChildren takes
+// them whether clipped or not, noChildren leaves them out.
+void Invalidate(HWND hwnd, const QRegion* clientRegion, bool erase, bool validate, bool allChildren,
+                bool noChildren = false);
 // Sends WM_PAINT to the window (and its children when asked) if they have something to paint.
 void PaintNow(HWND hwnd, bool children);
 // The first window of this thread with an update region, in paint order.
