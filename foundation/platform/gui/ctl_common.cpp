@@ -1,7 +1,9 @@
 // The dialog controls' window classes and what they share.
 #include "foundation/platform/gui/ctl_common_p.h"
+#include "foundation/platform/gui/wnd_p.h"
 
 #include <cstring>
+#include <memory>
 #include <mutex>
 
 namespace orlex::detail {
@@ -36,6 +38,17 @@ void EnsureControlClasses() {
             wc.lpszClassName = c.name;
             AfxRegisterClass(&wc);
         }
+        // A control reached through GetDlgItem is an object of its own class.
+        RegisterTemporaryClass("Static", [] { return std::unique_ptr<CWnd>(new CStatic); });
+        RegisterTemporaryClass("Button", [] { return std::unique_ptr<CWnd>(new CButton); });
+        RegisterTemporaryClass("Edit", [] { return std::unique_ptr<CWnd>(new CEdit); });
+        RegisterTemporaryClass("ComboBox", [] { return std::unique_ptr<CWnd>(new CComboBox); });
+        RegisterTemporaryClass("ListBox", [] { return std::unique_ptr<CWnd>(new CListBox); });
+        RegisterTemporaryClass("ComboLBox", [] { return std::unique_ptr<CWnd>(new CListBox); });
+        RegisterTemporaryClass("ScrollBar", [] { return std::unique_ptr<CWnd>(new CScrollBar); });
+        RegisterTemporaryClass("msctls_trackbar32", [] { return std::unique_ptr<CWnd>(new CSliderCtrl); });
+        RegisterTemporaryClass("msctls_updown32", [] { return std::unique_ptr<CWnd>(new CSpinButtonCtrl); });
+        RegisterTemporaryClass("tooltips_class32", [] { return std::unique_ptr<CWnd>(new CToolTipCtrl); });
     });
 }
 

@@ -4,7 +4,11 @@
 #include <QGuiApplication>
 
 #include <cassert>
+#include <cctype>
 #include <cstdlib>
+#include <map>
+#include <mutex>
+#include <string>
 
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/afxmenu.h"
@@ -149,13 +153,43 @@ CWnd* CWnd::FromHandlePermanent(HWND hwnd) {
     return w ? w->object : nullptr;
 }
 
+namespace orlex::detail {
+namespace {
+std::map<std::string, TemporaryMaker, std::less<>>& TemporaryMakers() {
+    static std::map<std::string, TemporaryMaker, std::less<>> makers;
+    return makers;
+}
+std::mutex& TemporaryMakersLock() {
+    static std::mutex m;
+    return m;
+}
+// Class names compare without regard to case, as window classes do.
+std::string Folded(const std::string& name) {
+    std::string f = name;
+    for (char& c : f) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return f;
+}
+std::unique_ptr<CWnd> MakeTemporary(const std::string& className) {
+    std::lock_guard<std::mutex> g(TemporaryMakersLock());
+    auto it = TemporaryMakers().find(Folded(className));
+    return it != TemporaryMakers().end() ? it->second() : std::make_unique<CWnd>();
+}
+}  // namespace
+
+void RegisterTemporaryClass(const char* className, TemporaryMaker make) {
+    if (!className || !make) return;
+    std::lock_guard<std::mutex> g(TemporaryMakersLock());
+    TemporaryMakers()[Folded(className)] = make;
+}
+}  // namespace orlex::detail
+
 CWnd* CWnd::FromHandle(HWND hwnd) {
     std::lock_guard<std::mutex> g(Lock());
     WindowRec* w = Find(hwnd);
     if (!w) return nullptr;
     if (w->object) return w->object;
     if (!w->temporary) {
-        w->temporary = std::make_unique<CWnd>();
+        w->temporary = MakeTemporary(w->cls.name);
         w->temporary->m_hWnd = hwnd;
         w->temporary->m_temporary = true;
     }

@@ -31,6 +31,13 @@ struct ScrollBarState {
     bool disabled = false;
 };
 
+// FromHandle gives a window that has no object of its own a temporary object. Control
+// classes register the object type of their window class here, so the framework's idiom
+// of treating GetDlgItem's result as the control's class (a scroll bar, a button) is
+// sound: the temporary object really is of that class.
+using TemporaryMaker = std::unique_ptr<CWnd> (*)();
+void RegisterTemporaryClass(const char* className, TemporaryMaker make);
+
 struct ClassRec {
     std::string name;
     WNDCLASSA wc{};

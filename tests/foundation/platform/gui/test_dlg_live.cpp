@@ -17,10 +17,13 @@ class OffsetsDialog : public CDialog {
 public:
     OffsetsDialog() : CDialog(10003u) {}
     std::vector<std::string> events;
+    bool barsAreScrollBars = true;
     BOOL OnInitDialog() override {
         CDialog::OnInitDialog();
         for (int id : {10034, 10035}) {
-            auto* bar = reinterpret_cast<CScrollBar*>(GetDlgItem(id));
+            // The control's object is of its own class, so the usual cast is sound.
+            barsAreScrollBars = barsAreScrollBars && dynamic_cast<CScrollBar*>(GetDlgItem(id)) != nullptr;
+            auto* bar = static_cast<CScrollBar*>(GetDlgItem(id));
             bar->SetScrollRange(-100, 100);
             bar->SetScrollPos(0);
         }
@@ -44,7 +47,7 @@ protected:
         events.push_back("scroll " + std::to_string(bar->GetDlgCtrlID()) + " " + std::to_string(bar->GetScrollPos()));
     }
     void OnReset() {
-        for (int id : {10034, 10035}) reinterpret_cast<CScrollBar*>(GetDlgItem(id))->SetScrollPos(0);
+        for (int id : {10034, 10035}) static_cast<CScrollBar*>(GetDlgItem(id))->SetScrollPos(0);
         events.push_back("reset");
     }
     void OnRangeLeft() {
@@ -88,6 +91,7 @@ TEST_F(Live, ScaleDialogHandlersByMessageMap) {
         dlg.EndDialog(IDOK);
     });
     EXPECT_EQ(dlg.DoModal(), IDOK);
+    EXPECT_TRUE(dlg.barsAreScrollBars);
     EXPECT_EQ(dlg.events, (std::vector<std::string>{"range left with \"2.5\"", "scroll 10034 1", "scroll 10034 2",
                                                     "scroll 10034 12", "median", "reset"}));
 }
