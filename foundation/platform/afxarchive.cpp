@@ -1135,33 +1135,25 @@ CArchive& operator>>(CArchive& ar, CString& s)
     return ar;
 }
 
-CArchive& operator<<(CArchive& ar, const POINT& p)
+// Points, sizes and rectangles go as the raw blocks they are in memory (8, 8, 16 bytes).
+namespace {
+template <class T>
+CArchive& WriteRaw(CArchive& ar, const T& v)
 {
-    ar.Write(&p, sizeof p);
+    ar.Write(&v, sizeof v);
     return ar;
 }
-CArchive& operator>>(CArchive& ar, POINT& p)
+template <class T>
+CArchive& ReadRaw(CArchive& ar, T& v)
 {
-    ar.Read(&p, sizeof p);
+    ar.Read(&v, sizeof v);
     return ar;
 }
-CArchive& operator<<(CArchive& ar, const SIZE& s)
-{
-    ar.Write(&s, sizeof s);
-    return ar;
-}
-CArchive& operator>>(CArchive& ar, SIZE& s)
-{
-    ar.Read(&s, sizeof s);
-    return ar;
-}
-CArchive& operator<<(CArchive& ar, const RECT& r)
-{
-    ar.Write(&r, sizeof r);
-    return ar;
-}
-CArchive& operator>>(CArchive& ar, RECT& r)
-{
-    ar.Read(&r, sizeof r);
-    return ar;
-}
+}  // namespace
+
+CArchive& operator<<(CArchive& ar, const POINT& p) { return WriteRaw(ar, p); }
+CArchive& operator>>(CArchive& ar, POINT& p) { return ReadRaw(ar, p); }
+CArchive& operator<<(CArchive& ar, const SIZE& s) { return WriteRaw(ar, s); }
+CArchive& operator>>(CArchive& ar, SIZE& s) { return ReadRaw(ar, s); }
+CArchive& operator<<(CArchive& ar, const RECT& r) { return WriteRaw(ar, r); }
+CArchive& operator>>(CArchive& ar, RECT& r) { return ReadRaw(ar, r); }

@@ -951,26 +951,19 @@ int GetMapMode(HDC hdc) { Dc* dc = D(hdc); return dc ? dc->a.mapMode : 0; }
 
 static bool Scalable(const Dc& dc) { return dc.a.mapMode == MM_ISOTROPIC || dc.a.mapMode == MM_ANISOTROPIC; }
 
-BOOL SetViewportExtEx(HDC hdc, int cx, int cy, LPSIZE old) {
+// Extents take effect only in the scalable map modes, and a zero extent is refused.
+static BOOL SetExtent(HDC hdc, SIZE DcAttrs::*which, int cx, int cy, LPSIZE old) {
     Dc* dc = D(hdc);
     if (!dc) return FALSE;
-    if (old) *old = dc->a.vExt;
+    if (old) *old = dc->a.*which;
     if (!Scalable(*dc)) return TRUE;
     if (cx == 0 || cy == 0) return FALSE;
-    dc->a.vExt = SIZE{cx, cy};
+    dc->a.*which = SIZE{cx, cy};
     FixIsotropic(*dc);
     return TRUE;
 }
-BOOL SetWindowExtEx(HDC hdc, int cx, int cy, LPSIZE old) {
-    Dc* dc = D(hdc);
-    if (!dc) return FALSE;
-    if (old) *old = dc->a.wExt;
-    if (!Scalable(*dc)) return TRUE;
-    if (cx == 0 || cy == 0) return FALSE;
-    dc->a.wExt = SIZE{cx, cy};
-    FixIsotropic(*dc);
-    return TRUE;
-}
+BOOL SetViewportExtEx(HDC hdc, int cx, int cy, LPSIZE old) { return SetExtent(hdc, &DcAttrs::vExt, cx, cy, old); }
+BOOL SetWindowExtEx(HDC hdc, int cx, int cy, LPSIZE old) { return SetExtent(hdc, &DcAttrs::wExt, cx, cy, old); }
 BOOL SetViewportOrgEx(HDC hdc, int x, int y, LPPOINT old) {
     Dc* dc = D(hdc);
     if (!dc) return FALSE;
