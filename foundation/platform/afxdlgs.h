@@ -337,8 +337,6 @@ constexpr WPARAM BST_CHECKED = 1;
 constexpr WPARAM BST_INDETERMINATE = 2;
 constexpr WPARAM BST_PUSHED = 4;
 constexpr WPARAM BST_FOCUS = 8;
-constexpr WPARAM IMAGE_BITMAP = 0;
-constexpr WPARAM IMAGE_ICON = 1;
 
 constexpr UINT EM_GETSEL = 0x00B0;
 constexpr UINT EM_SETSEL = 0x00B1;

@@ -1178,7 +1178,10 @@ LONG DocumentPropertiesA(HWND hwnd, HANDLE printer, LPSTR device, DEVMODEA* out,
 BOOL GetDefaultPrinterA(LPSTR buffer, LPDWORD size);
 
 // Icons and images --------------------------------------------------------------------------------
-// LoadImage's kinds are 0 bitmap, 1 icon, 2 cursor (IMAGE_BITMAP, IMAGE_ICON, IMAGE_CURSOR).
+// Kinds of image, for LoadImage and a button's BM_SETIMAGE / BM_GETIMAGE (as its wParam).
+constexpr UINT IMAGE_BITMAP = 0;
+constexpr UINT IMAGE_ICON = 1;
+constexpr UINT IMAGE_CURSOR = 2;
 constexpr UINT LR_DEFAULTCOLOR = 0x0000;
 constexpr UINT LR_LOADFROMFILE = 0x0010;
 constexpr UINT LR_DEFAULTSIZE = 0x0040;

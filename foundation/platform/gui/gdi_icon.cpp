@@ -13,8 +13,6 @@ using namespace orlex::gdi;
 
 namespace {
 
-constexpr UINT kImageBitmap = 0, kImageIcon = 1, kImageCursor = 2;
-
 HICON NewIcon(QImage img, int cx, int cy) {
     if (img.isNull()) return nullptr;
     if (cx > 0 && cy > 0 && (img.width() != cx || img.height() != cy))
@@ -47,7 +45,7 @@ QImage IconResource(HINSTANCE inst, LPCSTR name) {
 
 HANDLE LoadImageA(HINSTANCE inst, LPCSTR name, UINT type, int cx, int cy, UINT flags) {
     if (!name) return nullptr;
-    if (type == kImageCursor) return LoadCursorA(inst, name);
+    if (type == IMAGE_CURSOR) return LoadCursorA(inst, name);
     if (flags & LR_DEFAULTSIZE) {
         if (cx == 0) cx = GetSystemMetrics(SM_CXICON);
         if (cy == 0) cy = GetSystemMetrics(SM_CYICON);
@@ -55,7 +53,7 @@ HANDLE LoadImageA(HINSTANCE inst, LPCSTR name, UINT type, int cx, int cy, UINT f
     QImage img;
     if (flags & LR_LOADFROMFILE) {
         img = QImage(QString::fromLocal8Bit(name));
-    } else if (type == kImageBitmap) {
+    } else if (type == IMAGE_BITMAP) {
         HBITMAP b = LoadBitmapA(inst, name);
         Bitmap* bm = AsBitmap(b);
         if (bm && cx > 0 && cy > 0) bm->image = bm->image.scaled(cx, cy, Qt::IgnoreAspectRatio, Qt::FastTransformation);
@@ -64,17 +62,17 @@ HANDLE LoadImageA(HINSTANCE inst, LPCSTR name, UINT type, int cx, int cy, UINT f
         img = IconResource(inst, name);
     }
     if (img.isNull()) return nullptr;
-    if (type == kImageBitmap) {
+    if (type == IMAGE_BITMAP) {
         Bitmap* b = NewBitmap(img.width(), img.height(), 32);
         b->image = (cx > 0 && cy > 0 ? img.scaled(cx, cy, Qt::IgnoreAspectRatio, Qt::FastTransformation) : img)
                        .convertToFormat(QImage::Format_RGB32);
         return Register(b);
     }
-    return type == kImageIcon ? NewIcon(img, cx, cy) : nullptr;
+    return type == IMAGE_ICON ? NewIcon(img, cx, cy) : nullptr;
 }
 
 HICON LoadIconA(HINSTANCE inst, LPCSTR name) {
-    return static_cast<HICON>(LoadImageA(inst, name, kImageIcon, 0, 0, LR_DEFAULTSIZE));
+    return static_cast<HICON>(LoadImageA(inst, name, IMAGE_ICON, 0, 0, LR_DEFAULTSIZE));
 }
 
 BOOL DestroyIcon(HICON icon) {

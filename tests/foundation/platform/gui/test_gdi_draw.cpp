@@ -736,7 +736,7 @@ TEST(GdiIcons, IconsBlendByTheirTransparency) {
     HMODULE self = GetModuleHandleA(nullptr);
     ASSERT_TRUE(orlex::RegisterResource(self, RT_GROUP_ICON, MAKEINTRESOURCE(4321), file.data(),
                                         static_cast<DWORD>(file.size())));
-    HICON icon = static_cast<HICON>(LoadImageA(self, MAKEINTRESOURCE(4321), 1, 0, 0, 0));
+    HICON icon = static_cast<HICON>(LoadImageA(self, MAKEINTRESOURCE(4321), IMAGE_ICON, 0, 0, 0));
     ASSERT_NE(icon, nullptr);
     SIZE s{0, 0};
     ASSERT_TRUE(GetIconSize(icon, &s));
@@ -758,7 +758,7 @@ TEST(GdiIcons, IconsBlendByTheirTransparency) {
     EXPECT_TRUE(DestroyIcon(icon));
     EXPECT_FALSE(DestroyIcon(icon));
     EXPECT_FALSE(DrawIcon(cv.dc.m_hDC, 0, 0, icon));
-    EXPECT_EQ(LoadImageA(self, MAKEINTRESOURCE(4322), 1, 0, 0, 0), nullptr);
+    EXPECT_EQ(LoadImageA(self, MAKEINTRESOURCE(4322), IMAGE_ICON, 0, 0, 0), nullptr);
 }
 
 TEST(GdiSystem, NonClientMetricsGiveTheMessageFont) {
