@@ -19,6 +19,7 @@ struct ButtonState {
     bool spaceDown = false;
     bool focus = false;
     HANDLE image = nullptr;
+    UINT imageType = IMAGE_BITMAP;  // of image, as BM_SETIMAGE was told
 };
 StateTable<ButtonState> g_buttons;
 
@@ -86,6 +87,45 @@ void Click(HWND hwnd) {
     NotifyParent(hwnd, BN_CLICKED);
 }
 
+// Size of the button's picture; false when there is none to draw (no picture, a handle of
+// another kind, or a style that shows text).
+bool ImageSize(const ButtonState& s, DWORD style, SIZE* size) {
+    if (!s.image || !(style & (BS_ICON | BS_BITMAP))) return false;
+    if (s.imageType == IMAGE_ICON) return ::GetIconSize(static_cast<HICON>(s.image), size) != FALSE;
+    BITMAP bm{};
+    if (::GetObjectA(s.image, sizeof bm, &bm) != sizeof bm) return false;
+    size->cx = bm.bmWidth;
+    size->cy = bm.bmHeight;
+    return true;
+}
+
+// Draws the picture with its top-left corner at (x, y). A bitmap is copied as it is; an icon
+// blends over the face.
+void DrawImage(CDC* dc, const ButtonState& s, SIZE size, int x, int y) {
+    if (s.imageType == IMAGE_ICON) {
+        ::DrawIconEx(dc->GetSafeHdc(), x, y, static_cast<HICON>(s.image), size.cx, size.cy, 0, nullptr, DI_NORMAL);
+        return;
+    }
+    HDC mem = ::CreateCompatibleDC(dc->GetSafeHdc());
+    if (!mem) return;
+    HGDIOBJ old = ::SelectObject(mem, s.image);
+    if (old) {
+        ::BitBlt(dc->GetSafeHdc(), x, y, size.cx, size.cy, mem, 0, 0, SRCCOPY);
+        ::SelectObject(mem, old);
+    }
+    ::DeleteDC(mem);
+}
+
+// The face's content, text or picture, centred in r.
+void DrawFaceContent(CDC* dc, const ButtonState& s, DWORD style, RECT r, const std::string& text) {
+    SIZE size{};
+    if (ImageSize(s, style, &size)) {
+        DrawImage(dc, s, size, (r.left + r.right - size.cx) / 2, (r.top + r.bottom - size.cy) / 2);
+        return;
+    }
+    dc->DrawText(text.c_str(), static_cast<int>(text.size()), &r, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+}
+
 void PaintButton(HWND hwnd) {
     ButtonState& s = g_buttons.Get(hwnd);
     PAINTSTRUCT ps;
@@ -121,7 +161,7 @@ void PaintButton(HWND hwnd) {
             DrawButtonFace(dc, r, s.pushed || s.check == 1);
             RECT tr = r;
             if (s.pushed || s.check == 1) ::OffsetRect(&tr, 1, 1);
-            dc->DrawText(text.c_str(), static_cast<int>(text.size()), &tr, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+            DrawFaceContent(dc, s, style, tr, text);
         } else {
             dc->FillSolidRect(&r, face);
             const int top = (r.top + r.bottom - kBox) / 2;
@@ -158,9 +198,15 @@ void PaintButton(HWND hwnd) {
             RECT tr = r;
             if (leftText) tr.right = box.left - 4;
             else tr.left = box.right + 4;
-            dc->DrawText(text.c_str(), static_cast<int>(text.size()), &tr,
+            SIZE size{};
+            if (ImageSize(s, style, &size)) {
+                // The picture stands where the text would, on the box's side of the rest.
+                DrawImage(dc, s, size, leftText ? tr.right - size.cx : tr.left, (r.top + r.bottom - size.cy) / 2);
+            } else {
+                dc->DrawText(text.c_str(), static_cast<int>(text.size()), &tr,
                          (leftText ? DT_RIGHT : DT_LEFT) | DT_VCENTER | DT_SINGLELINE);
-            if (s.focus && !text.empty()) {
+            }
+            if (s.focus && !text.empty() && !ImageSize(s, style, &size)) {
                 RECT fr{tr.left - 1, (r.top + r.bottom - LineHeight(font)) / 2 - 1, 0, 0};
                 fr.right = fr.left + TextWidth(font, text) + 2;
                 fr.bottom = fr.top + LineHeight(font) + 2;
@@ -177,7 +223,7 @@ void PaintButton(HWND hwnd) {
         DrawButtonFace(dc, face3d, s.pushed);
         RECT tr = face3d;
         if (s.pushed) ::OffsetRect(&tr, 1, 1);
-        dc->DrawText(text.c_str(), static_cast<int>(text.size()), &tr, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+        DrawFaceContent(dc, s, style, tr, text);
         if (s.focus) {
             RECT fr = face3d;
             ::InflateRect(&fr, -3, -3);
@@ -380,13 +426,17 @@ LRESULT ButtonProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
         if (::IsWindowEnabled(hwnd)) Click(hwnd);
         return 0;
     case BM_SETIMAGE: {
+        // The button keeps the handle, not a copy: the caller still owns and destroys it.
+        if (wp != IMAGE_BITMAP && wp != IMAGE_ICON) return 0;
         ButtonState& s = g_buttons.Get(hwnd);
         HANDLE old = s.image;
         s.image = reinterpret_cast<HANDLE>(lp);
+        s.imageType = static_cast<UINT>(wp);
         Redraw(hwnd);
         return reinterpret_cast<LRESULT>(old);
     }
     case BM_GETIMAGE:
+        if (wp != IMAGE_BITMAP && wp != IMAGE_ICON) return 0;
         return reinterpret_cast<LRESULT>(g_buttons.Get(hwnd).image);
     default:
         break;
