@@ -15,6 +15,7 @@ enum Part { kNone, kArrowLow, kPageLow, kThumb, kPageHigh, kArrowHigh };
 struct ScrollState {
     SCROLLINFO si{sizeof(SCROLLINFO), 0, 0, 100, 0, 0, 0};
     Part pressed = kNone;
+    POINT pointer{0, 0};  // where the held button is now
     int grab = 0;  // pointer offset inside the thumb while dragging
     bool focus = false;
 };
@@ -52,6 +53,32 @@ void SendScroll(HWND hwnd, UINT code, int pos) {
                    reinterpret_cast<LPARAM>(hwnd));
 }
 
+// The part under the held pointer, kNone outside the bar.
+Part PartUnderPointer(HWND hwnd, ScrollState& s) {
+    RECT r;
+    ::GetClientRect(hwnd, &r);
+    if (!::PtInRect(&r, s.pointer)) return kNone;
+    int length = 0, thickness = 0;
+    AxisOf(hwnd, length, thickness);
+    return HitPart(GeometryOf(hwnd, s), Vertical(hwnd) ? s.pointer.y : s.pointer.x, length);
+}
+
+bool Repeats(Part p) { return p == kArrowLow || p == kArrowHigh || p == kPageLow || p == kPageHigh; }
+
+// The scroll code of an arrow or page part.
+UINT StepCode(Part p) {
+    switch (p) {
+    case kArrowLow: return SB_LINEUP;
+    case kArrowHigh: return SB_LINEDOWN;
+    case kPageLow: return SB_PAGEUP;
+    case kPageHigh: return SB_PAGEDOWN;
+    default: return 0;
+    }
+}
+
+// A held arrow or page part looks pressed only while the pointer is on it.
+bool ShownPressed(HWND hwnd, ScrollState& s, Part p) { return s.pressed == p && PartUnderPointer(hwnd, s) == p; }
+
 void PaintScroll(HWND hwnd) {
     ScrollState& s = g_scrolls.Get(hwnd);
     PAINTSTRUCT ps;
@@ -70,14 +97,14 @@ void PaintScroll(HWND hwnd) {
     const bool enabled = ::IsWindowEnabled(hwnd);
     const COLORREF arrowColour = ::GetSysColor(enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT);
     RECT low = span(0, g.arrow), high = span(length - g.arrow, length);
-    DrawButtonFace(dc, low, s.pressed == kArrowLow);
+    DrawButtonFace(dc, low, ShownPressed(hwnd, s, kArrowLow));
     DrawArrow(dc, low, v ? 0 : 2, arrowColour);
-    DrawButtonFace(dc, high, s.pressed == kArrowHigh);
+    DrawButtonFace(dc, high, ShownPressed(hwnd, s, kArrowHigh));
     DrawArrow(dc, high, v ? 1 : 3, arrowColour);
-    if (s.pressed == kPageLow) {
+    if (ShownPressed(hwnd, s, kPageLow)) {
         RECT p = span(g.trackStart, g.thumbStart);
         dc->FillSolidRect(&p, ::GetSysColor(COLOR_3DDKSHADOW));
-    } else if (s.pressed == kPageHigh) {
+    } else if (ShownPressed(hwnd, s, kPageHigh)) {
         RECT p = span(g.thumbEnd, g.trackEnd);
         dc->FillSolidRect(&p, ::GetSysColor(COLOR_3DDKSHADOW));
     }
@@ -119,25 +146,41 @@ LRESULT ScrollBarProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
         const POINT p = PointOf(lp);
         const int coord = Vertical(hwnd) ? p.y : p.x;
         s.pressed = HitPart(g, coord, length);
+        s.pointer = p;
         if (s.pressed == kNone) return 0;
         if ((StyleOf(hwnd) & WS_TABSTOP) && ::GetFocus() != hwnd) ::SetFocus(hwnd);
         ::SetCapture(hwnd);
-        switch (s.pressed) {
-        case kArrowLow: SendScroll(hwnd, SB_LINEUP, 0); break;
-        case kArrowHigh: SendScroll(hwnd, SB_LINEDOWN, 0); break;
-        case kPageLow: SendScroll(hwnd, SB_PAGEUP, 0); break;
-        case kPageHigh: SendScroll(hwnd, SB_PAGEDOWN, 0); break;
-        case kThumb:
+        if (s.pressed == kThumb) {
             s.grab = coord - g.thumbStart;
             s.si.nTrackPos = s.si.nPos;
-            break;
-        default: break;
+        } else {
+            SendScroll(hwnd, StepCode(s.pressed), 0);
+            if (::IsWindow(hwnd) && s.pressed != kNone) ::SetTimer(hwnd, kRepeatTimer, kScrollRepeatDelay, nullptr);
         }
-        Redraw(hwnd);
+        if (::IsWindow(hwnd)) Redraw(hwnd);
+        return 0;
+    }
+    case WM_TIMER: {
+        if (wp != kRepeatTimer) return 0;
+        if (!Repeats(s.pressed)) {
+            ::KillTimer(hwnd, kRepeatTimer);
+            return 0;
+        }
+        ::SetTimer(hwnd, kRepeatTimer, kScrollRepeatPeriod, nullptr);
+        // Paging stops once the thumb has come under the pointer; an arrow waits while the
+        // pointer is off it and goes on when it comes back.
+        if (PartUnderPointer(hwnd, s) == s.pressed) SendScroll(hwnd, StepCode(s.pressed), 0);
+        if (::IsWindow(hwnd)) Redraw(hwnd);
         return 0;
     }
     case WM_MOUSEMOVE: {
-        if (s.pressed != kThumb) return 0;
+        if (s.pressed == kNone) return 0;
+        if (s.pressed != kThumb) {
+            const bool was = PartUnderPointer(hwnd, s) == s.pressed;
+            s.pointer = PointOf(lp);
+            if (was != (PartUnderPointer(hwnd, s) == s.pressed)) Redraw(hwnd);
+            return 0;
+        }
         const POINT p = PointOf(lp);
         const int coord = Vertical(hwnd) ? p.y : p.x;
         const ScrollGeometry g = GeometryOf(hwnd, s);
@@ -153,6 +196,7 @@ LRESULT ScrollBarProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
         if (s.pressed == kNone) return 0;
         const Part was = s.pressed;
         s.pressed = kNone;
+        ::KillTimer(hwnd, kRepeatTimer);
         if (::GetCapture() == hwnd) ::ReleaseCapture();
         if (was == kThumb) SendScroll(hwnd, SB_THUMBPOSITION, s.si.nTrackPos);
         SendScroll(hwnd, SB_ENDSCROLL, 0);
@@ -162,6 +206,7 @@ LRESULT ScrollBarProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     case WM_CAPTURECHANGED:
         if (reinterpret_cast<HWND>(lp) != hwnd && s.pressed != kNone) {
             s.pressed = kNone;
+            ::KillTimer(hwnd, kRepeatTimer);
             Redraw(hwnd);
         }
         return 0;
@@ -246,7 +291,8 @@ struct TrackState {
     int ticFreq = 1;
     std::vector<int> tics;
     bool dragging = false;
-    bool paging = false;
+    int paging = 0;     // +1 paging down (towards the maximum), -1 up, 0 not
+    int pagingTo = 0;   // the pointer's coordinate along the axis while paging
     int grab = 0;
     bool focus = false;
 };
@@ -275,6 +321,16 @@ void SetTrackPos(HWND hwnd, TrackState& s, int pos) {
         s.pos = pos;
         Redraw(hwnd);
     }
+}
+
+// One page towards the held pointer, unless the thumb has reached it: then the paging waits
+// (it goes on if the pointer moves further along).
+void PageTowardsPointer(HWND hwnd, TrackState& s) {
+    const int c = TrackbarThumbCenter(TrackLength(hwnd), s.minPos, s.maxPos, s.pos);
+    const bool reached = s.paging > 0 ? s.pagingTo <= c + kTrackThumb / 2 : s.pagingTo >= c - kTrackThumb / 2;
+    if (reached) return;
+    SetTrackPos(hwnd, s, s.pos + s.paging * PageOf(s));
+    TrackNotify(hwnd, s.paging > 0 ? TB_PAGEDOWN : TB_PAGEUP, s.pos);
 }
 
 void PaintTrack(HWND hwnd) {
@@ -353,14 +409,28 @@ LRESULT TrackbarProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
             s.grab = coord - c;
             Redraw(hwnd);
         } else {
-            s.paging = true;
-            const bool down = coord > c;
-            SetTrackPos(hwnd, s, s.pos + (down ? PageOf(s) : -PageOf(s)));
-            TrackNotify(hwnd, down ? TB_PAGEDOWN : TB_PAGEUP, s.pos);
+            s.paging = coord > c ? 1 : -1;
+            s.pagingTo = coord;
+            PageTowardsPointer(hwnd, s);
+            if (::IsWindow(hwnd) && s.paging) ::SetTimer(hwnd, kRepeatTimer, kScrollRepeatDelay, nullptr);
         }
         return 0;
     }
+    case WM_TIMER:
+        if (wp != kRepeatTimer) return 0;
+        if (!s.paging) {
+            ::KillTimer(hwnd, kRepeatTimer);
+            return 0;
+        }
+        ::SetTimer(hwnd, kRepeatTimer, kScrollRepeatPeriod, nullptr);
+        PageTowardsPointer(hwnd, s);
+        return 0;
     case WM_MOUSEMOVE: {
+        if (s.paging) {
+            const POINT p = PointOf(lp);
+            s.pagingTo = TrackVertical(hwnd) ? p.y : p.x;
+            return 0;
+        }
         if (!s.dragging) return 0;
         const POINT p = PointOf(lp);
         const int coord = (TrackVertical(hwnd) ? p.y : p.x) - s.grab;
@@ -374,7 +444,9 @@ LRESULT TrackbarProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     case WM_LBUTTONUP: {
         if (!s.dragging && !s.paging) return 0;
         const bool dragged = s.dragging;
-        s.dragging = s.paging = false;
+        s.dragging = false;
+        s.paging = 0;
+        ::KillTimer(hwnd, kRepeatTimer);
         if (::GetCapture() == hwnd) ::ReleaseCapture();
         Redraw(hwnd);
         if (dragged) TrackNotify(hwnd, TB_THUMBPOSITION, s.pos);
@@ -465,6 +537,8 @@ struct UpDownState {
     int pos = 0;
     HWND buddy = nullptr;
     int pressed = 0;  // +1 the up (or right) half, -1 the down (or left) half
+    bool over = false;  // the pointer is on the pressed half
+    ULONGLONG pressedAt = 0;
 };
 StateTable<UpDownState> g_updowns;
 
@@ -512,10 +586,20 @@ void AttachBuddy(HWND hwnd, UpDownState& s, HWND buddy) {
     }
 }
 
-void Step(HWND hwnd, UpDownState& s, int half) {
+// The half (+1 up or right, -1 down or left) under a client point; 0 outside.
+int HalfAt(HWND hwnd, POINT p) {
+    RECT r;
+    ::GetClientRect(hwnd, &r);
+    if (!::PtInRect(&r, p)) return 0;
+    // Up and right are the increasing halves.
+    return Horizontal(hwnd) ? (p.x >= (r.left + r.right) / 2 ? 1 : -1) : (p.y < (r.top + r.bottom) / 2 ? 1 : -1);
+}
+
+// A step of `step` towards the half (+1 / -1), asked of the parent first.
+void Step(HWND hwnd, UpDownState& s, int half, int step = 1) {
     int current = s.pos;
     if (ReadBuddy(hwnd, s, current)) s.pos = current;
-    const int delta = (s.upper >= s.lower ? 1 : -1) * half;
+    const int delta = (s.upper >= s.lower ? 1 : -1) * half * step;
     NMUPDOWN nm{{hwnd, static_cast<UINT_PTR>(::GetDlgCtrlID(hwnd)), UDN_DELTAPOS}, s.pos, delta};
     HWND parent = ::GetParent(hwnd);
     if (parent && ::SendMessageA(parent, WM_NOTIFY, nm.hdr.idFrom, reinterpret_cast<LPARAM>(&nm)) != 0) return;
@@ -538,8 +622,9 @@ void PaintUpDown(HWND hwnd) {
     if (h) a.right = b.left = (r.left + r.right) / 2;
     else a.bottom = b.top = (r.top + r.bottom) / 2;
     // a is the up (or left, decreasing) half.
-    DrawButtonFace(dc, a, s.pressed == (h ? -1 : 1));
-    DrawButtonFace(dc, b, s.pressed == (h ? 1 : -1));
+    const int shown = s.over ? s.pressed : 0;
+    DrawButtonFace(dc, a, shown == (h ? -1 : 1));
+    DrawButtonFace(dc, b, shown == (h ? 1 : -1));
     const COLORREF c = ::GetSysColor(::IsWindowEnabled(hwnd) ? COLOR_BTNTEXT : COLOR_GRAYTEXT);
     DrawArrow(dc, a, h ? 2 : 0, c);
     DrawArrow(dc, b, h ? 3 : 1, c);
@@ -566,19 +651,45 @@ LRESULT UpDownProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
         return 1;
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK: {
-        RECT r;
-        ::GetClientRect(hwnd, &r);
-        const POINT p = PointOf(lp);
-        // Up and right are the increasing halves.
-        s.pressed = Horizontal(hwnd) ? (p.x >= (r.left + r.right) / 2 ? 1 : -1) : (p.y < (r.top + r.bottom) / 2 ? 1 : -1);
+        s.pressed = HalfAt(hwnd, PointOf(lp));
+        if (!s.pressed) return 0;
+        s.over = true;
+        s.pressedAt = orlex::ClockMs();
         ::SetCapture(hwnd);
         Redraw(hwnd);
         Step(hwnd, s, s.pressed);
+        if (::IsWindow(hwnd) && s.pressed) ::SetTimer(hwnd, kRepeatTimer, kSpinRepeatDelay, nullptr);
         return 0;
     }
+    case WM_MOUSEMOVE:
+        if (s.pressed) {
+            const bool over = HalfAt(hwnd, PointOf(lp)) == s.pressed;
+            if (over != s.over) {
+                s.over = over;
+                Redraw(hwnd);
+            }
+        }
+        return 0;
+    case WM_TIMER:
+        if (wp != kRepeatTimer) return 0;
+        if (!s.pressed) {
+            ::KillTimer(hwnd, kRepeatTimer);
+            return 0;
+        }
+        ::SetTimer(hwnd, kRepeatTimer, kSpinRepeatPeriod, nullptr);
+        if (s.over) Step(hwnd, s, s.pressed, UpDownAcceleration(orlex::ClockMs() - s.pressedAt));
+        return 0;
+    case WM_CAPTURECHANGED:
+        if (reinterpret_cast<HWND>(lp) != hwnd && s.pressed) {
+            s.pressed = 0;
+            ::KillTimer(hwnd, kRepeatTimer);
+            Redraw(hwnd);
+        }
+        return 0;
     case WM_LBUTTONUP:
         if (!s.pressed) return 0;
         s.pressed = 0;
+        ::KillTimer(hwnd, kRepeatTimer);
         if (::GetCapture() == hwnd) ::ReleaseCapture();
         Redraw(hwnd);
         if (HWND parent = ::GetParent(hwnd))

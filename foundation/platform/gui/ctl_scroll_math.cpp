@@ -66,6 +66,12 @@ int UpDownStep(int pos, int lower, int upper, int delta, bool wrap) {
     return static_cast<int>(p);
 }
 
+int UpDownAcceleration(ULONGLONG heldMs) {
+    if (heldMs >= 5000) return 20;
+    if (heldMs >= 2000) return 5;
+    return 1;
+}
+
 std::string BuddyText(int value, bool thousands) {
     std::string digits = std::to_string(std::llabs(static_cast<long long>(value)));
     if (thousands)

@@ -31,6 +31,18 @@ int TrackbarThumbCenter(int length, int minPos, int maxPos, int pos);
 // The position nearest to the pixel, clamped to the range.
 int TrackbarPosFromPoint(int length, int minPos, int maxPos, int coord);
 
+// Holding the mouse on a scroll arrow, a page area or an up-down half repeats the step: the
+// first repeat after the delay, then one each period (milliseconds on the layer clock).
+constexpr UINT kScrollRepeatDelay = 200;
+constexpr UINT kScrollRepeatPeriod = 50;
+constexpr UINT kSpinRepeatDelay = 500;
+constexpr UINT kSpinRepeatPeriod = 100;
+// The id of the repeat timer a control sets on its own window.
+constexpr UINT_PTR kRepeatTimer = 0x5C01;
+// The up-down's step after the button has been held heldMs: 1, from 2 s on 5, from 5 s on 20
+// (the platform's default accelerations).
+int UpDownAcceleration(ULONGLONG heldMs);
+
 // Up-down: the position after a step of delta within lower..upper (either order), wrapping
 // around with wrap, else held at the ends.
 int UpDownStep(int pos, int lower, int upper, int delta, bool wrap);
