@@ -27,6 +27,7 @@ class CRgn;    // afxgdi.h
 class CMenu;   // afxmenu.h
 class CScrollBar;
 class CCmdUI;
+struct TOOLINFOA;  // afxdlgs.h
 
 // Marks message handlers in class declarations; calling conventions mean nothing here.
 #define afx_msg
@@ -519,6 +520,7 @@ constexpr DWORD MLF_NOKICKIDLE = 0x0002;
 constexpr DWORD MLF_SHOWONIDLE = 0x0004;
 constexpr UINT WF_CONTINUEMODAL = 0x0001;
 constexpr UINT WF_MODALLOOP = 0x0002;
+constexpr UINT WF_TOOLTIPS = 0x0004;  // EnableToolTips is on for the window
 
 // Records -------------------------------------------------------------------------------------
 struct MSG {
@@ -1254,7 +1256,16 @@ public:
     // DoDataExchange. Defined with the dialog classes.
     BOOL UpdateData(BOOL saveAndValidate = TRUE);
     virtual void DoDataExchange(CDataExchange* dx) {}
-    BOOL EnableToolTips(BOOL enable = TRUE);       // defined with the tooltip classes
+    // Shows tips for the tools OnToolHitTest finds under the pointer, over this window and
+    // its children (the layer owns the tooltip control; it asks this window for texts with
+    // WM_NOTIFY TTN_NEEDTEXT). FALSE turns them off and destroys the control. FALSE when
+    // the window does not exist.
+    BOOL EnableToolTips(BOOL enable = TRUE);
+    // The tool at a client point, for EnableToolTips: fills *ti (hwnd, uId, uFlags, rect,
+    // lpszText) and returns a hit code; -1 when no tool is there. Default: the visible
+    // child under the point, uId its HWND with TTF_IDISHWND, text LPSTR_TEXTCALLBACK, hit
+    // code its control id.
+    virtual INT_PTR OnToolHitTest(CPoint point, TOOLINFOA* ti) const;
 
     // Parameters of the framework's WM_CTLCOLOR packing (lParam points to a record).
     static CDC* DCFromHandle(HDC hdc);  // defined with the drawing classes (CDC::FromHandle)

@@ -45,6 +45,8 @@ void Init(ULONGLONG startMs) {
         in.clipOn = false;
         in.lastDownMsg = 0;
         in.trackLeave = nullptr;
+        in.trackHover = nullptr;
+        in.losingFocus.clear();
         in.hover = nullptr;
         in.cursor = QPoint(0, 0);
     }

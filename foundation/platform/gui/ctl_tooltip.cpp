@@ -102,6 +102,8 @@ void Hide(HWND tip, TipState& s) {
 // Shows the text at a screen point: sized to the text (lines broken at the maximum width).
 void ShowAt(HWND tip, TipState& s, const std::string& text, POINT at) {
     s.shownText = text;
+    // The window text is what shows, so that the tip can be read like any window.
+    ::SetWindowTextA(tip, text.c_str());
     if (text.empty()) {
         ::ShowWindow(tip, SW_HIDE);
         return;
@@ -309,9 +311,16 @@ LRESULT ToolTipProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
         if (!ti) return 0;
         const int at = FindTool(s, ti->hwnd, ti->uId);
         if (at >= 0) {
+            // The tool under the pointer may be another one (the framework adds the next
+            // tool before it removes the last): only indices past the removed one move.
             if (s.shown == at) Hide(hwnd, s);
+            if (s.hover == at) {
+                s.hover = -1;
+                ::KillTimer(hwnd, kShowTimer);
+            }
             s.tools.erase(s.tools.begin() + at);
-            s.hover = s.shown = -1;
+            if (s.hover > at) --s.hover;
+            if (s.shown > at) --s.shown;
         }
         return 0;
     }

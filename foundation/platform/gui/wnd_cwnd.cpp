@@ -74,6 +74,8 @@ void SetModalLoopHook(std::function<void(CWnd*)> hook) { g_modalHook = std::move
 // Offers the message to PreTranslateMessage of its window and each ancestor up to the
 // top-level window; TRUE when one took it.
 BOOL PreTranslate(MSG* msg) {
+    // Tooltips see the message first, whoever takes it then.
+    detail::FilterToolTipMessage(msg);
     for (HWND h = msg->hwnd; h; h = (GetWindowLongPtrA(h, GWL_STYLE) & WS_CHILD) ? GetParent(h) : nullptr) {
         CWnd* w = CWnd::FromHandlePermanent(h);
         if (w && w->PreTranslateMessage(msg)) return TRUE;
@@ -387,7 +389,12 @@ BOOL CWnd::OnNotify(WPARAM, LPARAM lParam, LRESULT* result) {
     auto* hdr = reinterpret_cast<NMHDR*>(lParam);
     if (!hdr) return FALSE;
     if (hdr->hwndFrom && ReflectLastMsg(hdr->hwndFrom, result)) return TRUE;
-    return DispatchMap(WM_NOTIFY, hdr->code, static_cast<UINT>(hdr->idFrom), reinterpret_cast<WPARAM>(hdr),
+    // The map entry is chosen by the sender's control id, as the framework does: a
+    // tooltip's TTN_NEEDTEXT carries the tool (a window handle) in idFrom, yet reaches
+    // ON_NOTIFY_EX(TTN_NEEDTEXT, 0, ...) through the tooltip's id 0.
+    const UINT id = ::IsWindow(hdr->hwndFrom) ? static_cast<UINT>(::GetDlgCtrlID(hdr->hwndFrom))
+                                              : static_cast<UINT>(hdr->idFrom);
+    return DispatchMap(WM_NOTIFY, hdr->code, id, reinterpret_cast<WPARAM>(hdr),
                        reinterpret_cast<LPARAM>(result), nullptr);
 }
 

@@ -4,6 +4,7 @@
 #include <QImage>
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <map>
 
@@ -55,6 +56,8 @@ void ForgetInputOf(HWND hwnd) {
     if (in.active == hwnd) in.active = nullptr;
     if (in.hover == hwnd) in.hover = nullptr;
     if (in.trackLeave == hwnd) in.trackLeave = nullptr;
+    if (in.trackHover == hwnd) in.trackHover = nullptr;
+    if (in.focusHeld == hwnd) in.focusHeld = nullptr;
     if (in.lastDownWnd == hwnd) in.lastDownWnd = nullptr;
 }
 
@@ -82,6 +85,27 @@ QPoint ClampToClip(QPoint p) {
 }
 
 LPARAM Pack(QPoint p) { return MAKELPARAM(static_cast<WORD>(p.x()), static_cast<WORD>(p.y())); }
+
+// The platform's hover rectangle: 4 by 4 pixels about the pointer; its default hover time.
+constexpr int kHoverHalf = 2;
+constexpr UINT kHoverDefaultMs = 400;
+
+// Starts the hover wait again at a pointer position (lock held).
+void RestartHover(InputState& in, QPoint screen) {
+    in.hoverRect = QRect(screen - QPoint(kHoverHalf, kHoverHalf), QSize(2 * kHoverHalf + 1, 2 * kHoverHalf + 1));
+    in.hoverDue = orlex::ClockMs() + in.hoverMs;
+}
+
+// Mouse input reached `target` at a screen point: hover tracking ends when the pointer is
+// over another window, and waits again when it left the hover rectangle (lock held).
+void FollowHover(InputState& in, HWND target, QPoint screen) {
+    if (!in.trackHover) return;
+    if (target != in.trackHover) {
+        in.trackHover = nullptr;
+        return;
+    }
+    if (!in.hoverRect.contains(screen)) RestartHover(in, screen);
+}
 
 bool EnabledChain(HWND h) {
     for (WindowRec* w = Find(h); w; w = w->IsChild() ? Find(w->parent) : nullptr)
@@ -122,6 +146,7 @@ void DeliverMouse(QPoint screen, UINT clientMsg, UINT ncMsg, UINT dblMsg, UINT n
             leaveTo = in.trackLeave;
             in.trackLeave = nullptr;
         }
+        FollowHover(in, target, screen);
         in.hover = target;
     }
     if (leaveTo) PostInput(leaveTo, WM_MOUSELEAVE, 0, 0, screen);
@@ -406,6 +431,41 @@ bool CursorImageOf(HCURSOR h, QImage* image, QPoint* hotSpot) {
     return true;
 }
 
+ULONGLONG HoverDue(DWORD thread) {
+    auto& in = Input();
+    if (!in.trackHover) return ULLONG_MAX;
+    WindowRec* w = Find(in.trackHover);
+    return w && w->thread == thread ? in.hoverDue : ULLONG_MAX;
+}
+
+bool TakeDueHover(DWORD thread, ULONGLONG now, MSG* out, bool remove) {
+    auto& in = Input();
+    if (HoverDue(thread) > now) return false;
+    WindowRec* w = Find(in.trackHover);
+    if (!w) return false;
+    const QPoint origin = ScreenOrigin(w) + ClientRectInTop(w).topLeft();
+    *out = MSG{in.trackHover, WM_MOUSEHOVER, MouseKeyFlags(in.asyncKeys), Pack(in.cursor - origin),
+               static_cast<DWORD>(now), POINT{in.cursor.x(), in.cursor.y()}};
+    // One notice per request: the window asks again to hear of the next rest.
+    if (remove) in.trackHover = nullptr;
+    return true;
+}
+
+void DropFocusOf(const std::vector<HWND>& windows) {
+    HWND held = nullptr;
+    {
+        std::lock_guard<std::mutex> g(Lock());
+        auto& in = Input();
+        auto among = [&](HWND h) { return h && std::find(windows.begin(), windows.end(), h) != windows.end(); };
+        if (among(in.focus)) in.focus = nullptr;
+        if (among(in.focusHeld)) {
+            held = in.focusHeld;
+            in.focusHeld = nullptr;
+        }
+    }
+    if (held) SendMessageA(held, WM_KILLFOCUS, 0, 0);
+}
+
 void ApplyCursorToPresenters(HCURSOR h);  // surface side
 
 }  // namespace orlex::detail
@@ -442,18 +502,39 @@ HWND GetCapture() {
 }
 
 HWND SetFocus(HWND hwnd) {
-    HWND old;
+    HWND old, losing = nullptr;
     {
         std::lock_guard<std::mutex> g(Lock());
         if (hwnd && !Find(hwnd)) return nullptr;
-        old = Input().focus;
+        auto& in = Input();
+        old = in.focus;
         if (old == hwnd) return old;
-        Input().focus = hwnd;
-        if (WindowRec* w = Find(hwnd)) Input().active = TopLevelOf(w)->hwnd;
+        in.focus = hwnd;
+        if (WindowRec* w = Find(hwnd)) in.active = TopLevelOf(w)->hwnd;
+        // Only the window that really holds the focus hears that it loses it, and not again
+        // while it is still taking that news: a SetFocus from a WM_KILLFOCUS handler moves
+        // the focus without sending the window a second WM_KILLFOCUS, and a window whose
+        // WM_SETFOCUS is still to come never hears WM_KILLFOCUS.
+        if (in.focusHeld && std::find(in.losingFocus.begin(), in.losingFocus.end(), in.focusHeld) == in.losingFocus.end())
+            losing = in.focusHeld;
+        in.focusHeld = nullptr;
+        if (losing) in.losingFocus.push_back(losing);
     }
-    if (old && IsWindow(old)) SendMessageA(old, WM_KILLFOCUS, reinterpret_cast<WPARAM>(hwnd), 0);
+    if (losing) {
+        if (IsWindow(losing)) SendMessageA(losing, WM_KILLFOCUS, reinterpret_cast<WPARAM>(hwnd), 0);
+        std::lock_guard<std::mutex> g(Lock());
+        auto& lf = Input().losingFocus;
+        auto it = std::find(lf.begin(), lf.end(), losing);
+        if (it != lf.end()) lf.erase(it);
+    }
     // A handler of WM_KILLFOCUS may have moved the focus elsewhere; then that move stands.
-    if (hwnd && GetFocus() == hwnd && IsWindow(hwnd)) SendMessageA(hwnd, WM_SETFOCUS, reinterpret_cast<WPARAM>(old), 0);
+    {
+        std::lock_guard<std::mutex> g(Lock());
+        auto& in = Input();
+        if (!hwnd || in.focus != hwnd || in.focusHeld || !Find(hwnd)) return old;
+        in.focusHeld = hwnd;
+    }
+    SendMessageA(hwnd, WM_SETFOCUS, reinterpret_cast<WPARAM>(old), 0);
     return old;
 }
 
@@ -605,24 +686,40 @@ int ShowCursor(BOOL show) {
 BOOL _TrackMouseEvent(TRACKMOUSEEVENT* tme) {
     if (!tme || tme->cbSize < sizeof(TRACKMOUSEEVENT)) return FALSE;
     HWND leaveNow = nullptr;
+    ThreadQueue* wake = nullptr;
     {
         std::lock_guard<std::mutex> g(Lock());
         auto& in = Input();
         if (tme->dwFlags & TME_QUERY) {
-            tme->dwFlags = in.trackLeave ? TME_LEAVE : 0;
-            tme->hwndTrack = in.trackLeave;
+            // What this thread's tracking is now (the platform answers for one window).
+            const HWND w = in.trackLeave ? in.trackLeave : in.trackHover;
+            tme->dwFlags = (in.trackLeave && in.trackLeave == w ? TME_LEAVE : 0) |
+                           (in.trackHover && in.trackHover == w ? TME_HOVER : 0);
+            tme->hwndTrack = w;
+            tme->dwHoverTime = in.trackHover == w && w ? in.hoverMs : 0;
             return TRUE;
         }
-        if (!Find(tme->hwndTrack)) return FALSE;
+        WindowRec* w = Find(tme->hwndTrack);
+        if (!w) return FALSE;
         if (tme->dwFlags & TME_CANCEL) {
             if ((tme->dwFlags & TME_LEAVE) && in.trackLeave == tme->hwndTrack) in.trackLeave = nullptr;
+            if ((tme->dwFlags & TME_HOVER) && in.trackHover == tme->hwndTrack) in.trackHover = nullptr;
             return TRUE;
         }
+        const bool over = in.hover == tme->hwndTrack || in.capture == tme->hwndTrack;
         if (tme->dwFlags & TME_LEAVE) {
             // Asked while the pointer is already elsewhere: the leave comes at once.
-            if (in.hover != tme->hwndTrack && in.capture != tme->hwndTrack) leaveNow = tme->hwndTrack;
+            if (!over) leaveNow = tme->hwndTrack;
             else in.trackLeave = tme->hwndTrack;
         }
+        if ((tme->dwFlags & TME_HOVER) && over) {
+            // The wait starts now, about where the pointer is.
+            in.trackHover = tme->hwndTrack;
+            in.hoverMs = tme->dwHoverTime == HOVER_DEFAULT ? kHoverDefaultMs : tme->dwHoverTime;
+            RestartHover(in, in.cursor);
+            wake = QueueOf(w->thread);
+        }
+        if (wake) WakeThread(wake);
     }
     if (leaveNow) PostInput(leaveNow, WM_MOUSELEAVE, 0, 0, Input().cursor);
     return TRUE;

@@ -160,6 +160,16 @@ struct InputState {
     HWND active = nullptr;
     HWND hover = nullptr;        // the window under the pointer at the last mouse input
     HWND trackLeave = nullptr;   // _TrackMouseEvent(TME_LEAVE) asked by this window
+    // _TrackMouseEvent(TME_HOVER): the window, its hover time, the screen rectangle the
+    // pointer must rest in and when the rest is long enough (layer clock).
+    HWND trackHover = nullptr;
+    UINT hoverMs = 400;
+    QRect hoverRect;
+    ULONGLONG hoverDue = 0;
+    // The window that heard WM_SETFOCUS and not yet WM_KILLFOCUS (null while a focus change
+    // is under way), and the windows inside their WM_KILLFOCUS now.
+    HWND focusHeld = nullptr;
+    std::vector<HWND> losingFocus;
     BYTE asyncKeys[256]{};       // as input arrives
     BYTE syncKeys[256]{};        // as messages are retrieved
     HCURSOR cursorShape = nullptr;
@@ -175,6 +185,12 @@ InputState& Input();  // under the lock
 void UpdateSyncKeyState(const MSG& m);
 // Forget per-window input state of a window being destroyed (capture, focus, hover).
 void ForgetInputOf(HWND hwnd);
+// The earliest hover notice due for a thread's window (ULLONG_MAX: none), and taking it
+// when due: WM_MOUSEHOVER for the tracking window, which then stops tracking.
+ULONGLONG HoverDue(DWORD thread);
+bool TakeDueHover(DWORD thread, ULONGLONG now, MSG* out, bool remove = true);
+// The focus leaves windows that go: WM_KILLFOCUS to the one that held it, if one of them.
+void DropFocusOf(const std::vector<HWND>& windows);
 
 // Input injection: the one road of toolkit events and of simulated input. Points are in
 // screen coordinates; the message goes to the thread queue of the window that gets it.
@@ -220,6 +236,11 @@ bool CursorImageOf(HCURSOR h, QImage* image, QPoint* hotSpot);
 
 // Runs a window procedure with the thread's current-message record kept for Default().
 LRESULT CallProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp);
+
+// Tooltips of windows that enabled them: sees each retrieved mouse and key message before
+// it is dispatched (PreTranslate calls it), and forgets a window that goes.
+void FilterToolTipMessage(const MSG* msg);
+void ForgetToolTipsOf(HWND hwnd);
 
 }  // namespace orlex::detail
 

@@ -119,6 +119,13 @@ bool FindMessage(std::unique_lock<std::mutex>& lk, ThreadQueue* q, MSG* out, HWN
             }
         }
     }
+    if (Input().trackHover && Matches(MSG{Input().trackHover, WM_MOUSEHOVER, 0, 0, 0, {}}, filter, lo, hi)) {
+        MSG h{};
+        if (TakeDueHover(q->id, ClockMs(), &h, remove)) {
+            *out = h;
+            return true;
+        }
+    }
     return false;
 }
 
@@ -180,7 +187,8 @@ const MSG* CurrentMessage() { return t_current.empty() ? nullptr : &t_current.ba
 
 // Timers ---------------------------------------------------------------------------------------
 ULONGLONG NextTimerDue(DWORD thread) {
-    ULONGLONG best = ULLONG_MAX;
+    // A pending hover notice wakes the thread like a timer.
+    ULONGLONG best = HoverDue(thread);
     for (const Timer& t : Timers())
         if (t.thread == thread) best = std::min(best, t.due);
     return best;

@@ -429,16 +429,11 @@ BOOL DestroyWindow(HWND hwnd) {
         if (!w->IsChild() && Input().active == hwnd) activateAfter = w->owner;
         oldRect = w->rect;
     }
+    // Tooltip controls of the windows go before the windows (and their owned windows).
+    for (HWND s : subtree) ForgetToolTipsOf(s);
     for (HWND o : owned) DestroyWindow(o);
     // Input leaves the windows before they hear of their end.
-    HWND focus = GetFocus();
-    if (focus && std::find(subtree.begin(), subtree.end(), focus) != subtree.end()) {
-        {
-            std::lock_guard<std::mutex> g(Lock());
-            Input().focus = nullptr;
-        }
-        SendMessageA(focus, WM_KILLFOCUS, 0, 0);
-    }
+    DropFocusOf(subtree);
     HWND cap = GetCapture();
     if (cap && std::find(subtree.begin(), subtree.end(), cap) != subtree.end()) ReleaseCapture();
     if (wasVisibleChild && IsWindow(parent)) {
