@@ -610,6 +610,48 @@ bool ScrollTrackMouse(const MSG& m) {
     return true;
 }
 
+// The windows that a RedrawWindow reaches besides the window: its children unless they are
+// left out (RDW_NOCHILDREN) or clipped away (WS_CLIPCHILDREN without RDW_ALLCHILDREN).
+bool RedrawReachesChildren(const WindowRec* w, bool all, bool none) {
+    return !none && (all || !(w->style & WS_CLIPCHILDREN));
+}
+
+void DropPendingErase(WindowRec* w, bool all, bool none) {
+    w->erase = false;
+    if (!RedrawReachesChildren(w, all, none)) return;
+    for (HWND c : w->children)
+        if (WindowRec* cw = Find(c)) DropPendingErase(cw, all, false);
+}
+
+// RDW_ERASENOW without RDW_UPDATENOW: the backgrounds that are due are erased now (within
+// the update region), the paints come later as usual.
+void EraseNow(HWND hwnd, bool all, bool none) {
+    QRegion area;
+    std::vector<HWND> kids;
+    bool due = false;
+    {
+        std::lock_guard<std::mutex> g(Lock());
+        WindowRec* w = Find(hwnd);
+        if (!w || !VisibleChain(w)) return;
+        due = w->erase && !w->update.isEmpty();
+        if (due) {
+            area = w->update;
+            w->erase = false;
+        }
+        if (RedrawReachesChildren(w, all, none)) kids.assign(w->children.rbegin(), w->children.rend());
+    }
+    if (due) {
+        HDC dc = ::GetDC(hwnd);
+        HRGN clip = ::CreateRectRgn(0, 0, 0, 0);
+        if (orlex::gdi::Region* rg = orlex::gdi::AsRegion(clip)) rg->rgn = area;
+        ::SelectClipRgn(dc, clip);
+        ::SendMessageA(hwnd, WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc), 0);
+        ::ReleaseDC(hwnd, dc);
+        ::DeleteObject(clip);
+    }
+    for (HWND c : kids) EraseNow(c, all, false);
+}
+
 }  // namespace orlex::detail
 
 using namespace orlex::detail;
@@ -659,20 +701,24 @@ BOOL RedrawWindow(HWND hwnd, const RECT* rect, HRGN region, UINT flags) {
         r = QRegion(QRect(QPoint(rect->left, rect->top), QPoint(rect->right - 1, rect->bottom - 1)));
         some = true;
     }
+    const bool all = (flags & RDW_ALLCHILDREN) != 0;
+    const bool none = (flags & RDW_NOCHILDREN) != 0;
     {
         std::lock_guard<std::mutex> g(Lock());
         WindowRec* w = Find(hwnd);
         if (!w) return FALSE;
-        const bool all = (flags & RDW_ALLCHILDREN) != 0;
-        const bool none = (flags & RDW_NOCHILDREN) != 0;
-        if (flags & RDW_INVALIDATE) Invalidate(hwnd, some ? &r : nullptr, (flags & RDW_ERASE) != 0, false, all, none);
+        const bool erase = (flags & RDW_ERASE) && !(flags & RDW_NOERASE);
+        if (flags & RDW_INVALIDATE) Invalidate(hwnd, some ? &r : nullptr, erase, false, all, none);
         if (flags & RDW_VALIDATE) Invalidate(hwnd, some ? &r : nullptr, false, true, all, none);
+        // RDW_NOERASE also drops an erase that an earlier invalidation left pending.
+        if (flags & RDW_NOERASE) DropPendingErase(w, all, none);
         if (flags & RDW_INTERNALPAINT) w->internalPaint = true;
         if (flags & RDW_NOINTERNALPAINT) w->internalPaint = false;
         if (flags & RDW_FRAME) w->ncDirty = true;
         WakeThread(QueueOf(w->thread));
     }
-    if (flags & (RDW_UPDATENOW | RDW_ERASENOW)) PaintNow(hwnd, !(flags & RDW_NOCHILDREN));
+    if (flags & RDW_UPDATENOW) PaintNow(hwnd, !none);
+    else if (flags & RDW_ERASENOW) EraseNow(hwnd, all, none);
     return TRUE;
 }
 
@@ -686,6 +732,9 @@ BOOL GetUpdateRect(HWND hwnd, RECT* rect, BOOL) {
 }
 
 BOOL ScrollWindow(HWND hwnd, int dx, int dy, const RECT* scroll, const RECT* clip) {
+    // Without a scroll rectangle the children move with the contents (the platform's rule);
+    // they hear WM_MOVE once the table is left.
+    std::vector<HWND> moved;
     {
         std::lock_guard<std::mutex> g(Lock());
         WindowRec* w = Find(hwnd);
@@ -699,18 +748,42 @@ BOOL ScrollWindow(HWND hwnd, int dx, int dy, const RECT* scroll, const RECT* cli
         lim &= QRect(QPoint(0, 0), clientTop.size());
         QRect dst = src.translated(dx, dy) & lim;
         if (!dst.isEmpty() && top->surface) {
+            // The copy takes the children's pixels along (the parent's clip is not taken
+            // out), which is where moved children are now.
             QImage part = top->surface->copy(dst.translated(-dx, -dy).translated(clientTop.topLeft()));
             QPainter p(top->surface.get());
             p.setClipRegion(BaseVisible(w, false));
             p.drawImage(dst.translated(clientTop.topLeft()).topLeft(), part);
         }
-        // What the move uncovered is painted again; children move with the contents only
-        // when asked (ScrollWindowEx), so here they stay.
+        // Outside the clip rectangle nothing was copied, so there a moved child's old and
+        // new places are painted again.
+        QRegion outsideClip;
+        if (!scroll && (dx || dy)) {
+            for (HWND c : w->children) {
+                WindowRec* cw = Find(c);
+                if (!cw) continue;
+                if (cw->style & WS_VISIBLE) outsideClip |= (QRegion(cw->rect) | cw->rect.translated(dx, dy)) - lim;
+                cw->rect.translate(dx, dy);
+                moved.push_back(c);
+            }
+        }
+        // What the move uncovered is painted again, children there included even under
+        // WS_CLIPCHILDREN: a moved child's part in the strip was not in the copy. Each
+        // child's own pending paint is in its client coordinates, so it moves along.
         QRegion uncovered = QRegion(src & lim) - dst;
         w->update = w->update.translated(dx, dy) & lim;
-        Invalidate(hwnd, &uncovered, true, false, false);
+        Invalidate(hwnd, &uncovered, true, false, !moved.empty());
+        if (!outsideClip.isEmpty()) Invalidate(hwnd, &outsideClip, true, false, true);
         WakeThread(QueueOf(w->thread));
         if (top->presenter) top->presenter->update();
+    }
+    for (HWND c : moved) {
+        if (!::IsWindow(c)) continue;
+        // WM_MOVE tells the client area's corner in the parent's client coordinates.
+        POINT corner{0, 0};
+        ::ClientToScreen(c, &corner);
+        ::ScreenToClient(hwnd, &corner);
+        ::SendMessageA(c, WM_MOVE, 0, MAKELPARAM(static_cast<WORD>(corner.x), static_cast<WORD>(corner.y)));
     }
     return TRUE;
 }
