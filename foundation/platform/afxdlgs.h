@@ -344,6 +344,11 @@ constexpr UINT EM_SCROLLCARET = 0x00B7;
 constexpr UINT EM_GETMODIFY = 0x00B8;
 constexpr UINT EM_SETMODIFY = 0x00B9;
 constexpr UINT EM_GETLINECOUNT = 0x00BA;
+constexpr UINT EM_LINESCROLL = 0x00B6;
+constexpr UINT EM_LINEINDEX = 0x00BB;
+constexpr UINT EM_LINELENGTH = 0x00C1;
+constexpr UINT EM_LINEFROMCHAR = 0x00C9;
+constexpr UINT EM_GETFIRSTVISIBLELINE = 0x00CE;
 constexpr UINT EM_REPLACESEL = 0x00C2;
 constexpr UINT EM_LIMITTEXT = 0x00C5;
 constexpr UINT EM_SETLIMITTEXT = EM_LIMITTEXT;
@@ -711,6 +716,14 @@ public:
     void Copy();
     void Cut();
     void Paste();
+    // Lines of a multi-line edit (a line break "\r\n" counts two positions). Line and
+    // position -1 mean the caret's (the selection's start for LineFromChar).
+    int GetLineCount() const;
+    int LineIndex(int line = -1) const;         // position of the line's start; -1 past the last
+    int LineFromChar(int pos = -1) const;
+    int LineLength(int pos = -1) const;         // of the line holding pos, without its break
+    int GetFirstVisibleLine() const;
+    BOOL LineScroll(int lines, int chars = 0);  // chars: not scrolled sideways
     LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 };
 

@@ -1,5 +1,6 @@
 // The edit control: one line (or several with ES_MULTILINE) of text with a caret, a
 // selection, typing, clipboard and one level of undo.
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -17,6 +18,7 @@ struct EditState {
     bool selecting = false;  // left button held after a press in the text
     bool modified = false;
     int scrollX = 0;         // pixels of text scrolled out on the left
+    int topLine = 0;         // first line shown (several lines)
     bool synced = false;     // model filled from the window text once
 };
 StateTable<EditState> g_edits;
@@ -42,6 +44,24 @@ std::vector<int> PrefixWidths(HWND hwnd, HFONT font, const std::string& shown) {
 }
 
 constexpr int kMargin = 2;
+constexpr int kTopMargin = 1;  // above the first line of an edit of several lines
+
+bool Multi(HWND hwnd) { return (StyleOf(hwnd) & ES_MULTILINE) != 0; }
+
+// The model's measure: widths in the edit's font.
+TextWidthFn WidthIn(HFONT font) {
+    return [font](const std::string& t) { return TextWidth(font, t); };
+}
+
+// How many whole lines the client area shows (at least one).
+int VisibleLines(HWND hwnd, HFONT font) {
+    RECT r;
+    ::GetClientRect(hwnd, &r);
+    return std::max(1, (static_cast<int>(r.bottom - r.top) - kTopMargin) / std::max(1, LineHeight(font)));
+}
+
+// The first line shown, kept within the text.
+void ClampTopLine(EditState& s) { s.topLine = std::max(0, std::min(s.topLine, s.model.LineCount() - 1)); }
 
 // The x of the text's start in client pixels, given alignment and scrolling.
 int TextOrigin(HWND hwnd, EditState& s, int textWidth) {
@@ -58,16 +78,76 @@ int TextOrigin(HWND hwnd, EditState& s, int textWidth) {
     return x - s.scrollX;
 }
 
-// Scrolls so that the caret is inside the client area.
+// The x of a line's start when there are several: aligned while nothing is scrolled
+// sideways, else where the common scroll puts it.
+int LineOrigin(HWND hwnd, const EditState& s, int lineWidth) {
+    if (s.scrollX > 0) return kMargin - s.scrollX;
+    RECT r;
+    ::GetClientRect(hwnd, &r);
+    const int room = r.right - r.left - 2 * kMargin;
+    const DWORD align = StyleOf(hwnd) & 3;
+    if (lineWidth >= room || align == ES_LEFT) return kMargin;
+    return kMargin + (align == ES_CENTER ? (room - lineWidth) / 2 : room - lineWidth);
+}
+
+// Scrolls so that the caret is inside the client area: sideways, and with several lines
+// up or down to the caret's line.
 void KeepCaretVisible(HWND hwnd, EditState& s) {
     HFONT font = FontOr(s.font);
-    const std::string shown = Shown(hwnd, s.model.Text());
-    const int caretX = TextWidth(font, shown.substr(0, static_cast<size_t>(s.model.Caret())));
+    int caretX;
+    if (Multi(hwnd)) {
+        const int line = s.model.LineOf(s.model.Caret());
+        const int visible = VisibleLines(hwnd, font);
+        if (line < s.topLine) s.topLine = line;
+        if (line >= s.topLine + visible) s.topLine = line - visible + 1;
+        ClampTopLine(s);
+        caretX = s.model.XOf(s.model.Caret(), WidthIn(font));
+    } else {
+        const std::string shown = Shown(hwnd, s.model.Text());
+        caretX = TextWidth(font, shown.substr(0, static_cast<size_t>(s.model.Caret())));
+    }
     RECT r;
     ::GetClientRect(hwnd, &r);
     const int room = std::max(1, static_cast<int>(r.right - r.left) - 2 * kMargin);
     if (caretX - s.scrollX > room) s.scrollX = caretX - room + room / 4;
     if (caretX - s.scrollX < 0) s.scrollX = std::max(0, caretX - room / 4);
+}
+
+// Several lines: each from the first shown down to the bottom, with the part of the
+// selection on it highlighted and the caret on its line.
+void PaintLines(HWND hwnd, EditState& s, CDC* dc, HFONT font, const RECT& r) {
+    const DWORD style = StyleOf(hwnd);
+    const bool enabled = ::IsWindowEnabled(hwnd);
+    const int h = LineHeight(font);
+    const std::string& text = s.model.Text();
+    const bool showSel = s.model.HasSelection() && (s.focus || (style & ES_NOHIDESEL));
+    const int selA = s.model.SelStart(), selB = s.model.SelEnd();
+    const int caretLine = s.model.LineOf(s.model.Caret());
+    const COLORREF textColour = ::GetSysColor(enabled ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
+    const COLORREF selFill = ::GetSysColor(COLOR_HIGHLIGHT), selText = ::GetSysColor(COLOR_HIGHLIGHTTEXT);
+    const int count = s.model.LineCount();
+    int start = s.model.LineStart(s.topLine);
+    for (int line = s.topLine, y = r.top + kTopMargin; line < count && y < r.bottom; ++line, y += h) {
+        const int len = s.model.LineLength(line);
+        const std::string piece = text.substr(static_cast<size_t>(start), static_cast<size_t>(len));
+        std::vector<int> widths = PrefixWidths(hwnd, font, piece);
+        const int x0 = LineOrigin(hwnd, s, widths.back());
+        dc->SetTextColor(textColour);
+        dc->TextOut(x0, y, piece.c_str(), len);
+        const int a = std::max(selA, start) - start, b = std::min(selB, start + len) - start;
+        if (showSel && a < b) {
+            RECT sel{x0 + widths[static_cast<size_t>(a)], y, x0 + widths[static_cast<size_t>(b)], y + h};
+            dc->FillSolidRect(&sel, selFill);
+            dc->SetTextColor(selText);
+            dc->TextOut(sel.left, y, piece.c_str() + a, b - a);
+        }
+        if (s.focus && line == caretLine)
+            dc->FillSolidRect(x0 + widths[static_cast<size_t>(s.model.Caret() - start)], y, 1, h, ::GetSysColor(COLOR_WINDOWTEXT));
+        // The next line starts after this one's break ("\r\n" or "\n").
+        start += len;
+        if (start < static_cast<int>(text.size()) && text[static_cast<size_t>(start)] == '\r') ++start;
+        ++start;
+    }
 }
 
 void Paint(HWND hwnd) {
@@ -82,9 +162,17 @@ void Paint(HWND hwnd) {
     dc->FillSolidRect(&r, ::GetSysColor(enabled && !readOnly ? COLOR_WINDOW : COLOR_BTNFACE));
     HFONT font = FontOr(s.font);
     HGDIOBJ oldFont = dc->SelectObject(static_cast<HGDIOBJ>(font));
+    dc->SetBkMode(TRANSPARENT);
+    if (style & ES_MULTILINE) {
+        ClampTopLine(s);
+        PaintLines(hwnd, s, dc, font, r);
+        dc->SelectObject(oldFont);
+        ::EndPaint(hwnd, &ps);
+        return;
+    }
     const std::string shown = Shown(hwnd, s.model.Text());
     const int h = LineHeight(font);
-    const int y = (style & ES_MULTILINE) ? 1 : std::max(0, (static_cast<int>(r.bottom - r.top) - h) / 2);
+    const int y = std::max(0, (static_cast<int>(r.bottom - r.top) - h) / 2);
     std::vector<int> widths = PrefixWidths(hwnd, font, shown);
     const int x0 = TextOrigin(hwnd, s, widths.back());
     dc->SetBkMode(TRANSPARENT);
@@ -171,8 +259,18 @@ void CopySelection(HWND hwnd, EditState& s) {
     }
 }
 
-int CaretFromPoint(HWND hwnd, EditState& s, int x) {
+int CaretFromPoint(HWND hwnd, EditState& s, POINT p) {
     HFONT font = FontOr(s.font);
+    const int x = p.x;
+    if (Multi(hwnd)) {
+        const int h = std::max(1, LineHeight(font));
+        const int dy = p.y - kTopMargin;
+        const int line = std::max(0, std::min(s.topLine + (dy < 0 ? -1 : dy / h), s.model.LineCount() - 1));
+        const int start = s.model.LineStart(line);
+        const int len = s.model.LineLength(line);
+        const int x0 = LineOrigin(hwnd, s, TextWidth(font, s.model.Text().substr(static_cast<size_t>(start), static_cast<size_t>(len))));
+        return s.model.PosAtX(line, x - x0, WidthIn(font));
+    }
     const std::string shown = Shown(hwnd, s.model.Text());
     std::vector<int> widths = PrefixWidths(hwnd, font, shown);
     const int x0 = TextOrigin(hwnd, s, widths.back());
@@ -209,6 +307,7 @@ LRESULT EditProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
         s.model.SetText(lp ? reinterpret_cast<const char*>(lp) : "");
         s.modified = false;
         s.scrollX = 0;
+        s.topLine = 0;
         LRESULT r = ::DefWindowProcA(hwnd, msg, wp, lp);
         NotifyParent(hwnd, EN_UPDATE);
         Redraw(hwnd);
@@ -242,7 +341,7 @@ LRESULT EditProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     case WM_LBUTTONDOWN: {
         EditState& s = State(hwnd);
         if (::GetFocus() != hwnd) ::SetFocus(hwnd);
-        s.model.PlaceCaret(CaretFromPoint(hwnd, s, GET_X_LPARAM(lp)), (wp & MK_SHIFT) != 0);
+        s.model.PlaceCaret(CaretFromPoint(hwnd, s, PointOf(lp)), (wp & MK_SHIFT) != 0);
         s.selecting = true;
         ::SetCapture(hwnd);
         Redraw(hwnd);
@@ -251,7 +350,7 @@ LRESULT EditProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     case WM_MOUSEMOVE: {
         EditState& s = State(hwnd);
         if (!s.selecting) return 0;
-        s.model.PlaceCaret(CaretFromPoint(hwnd, s, GET_X_LPARAM(lp)), true);
+        s.model.PlaceCaret(CaretFromPoint(hwnd, s, PointOf(lp)), true);
         KeepCaretVisible(hwnd, s);
         Redraw(hwnd);
         return 0;
@@ -309,20 +408,11 @@ LRESULT EditProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     case WM_KEYDOWN: {
         EditState& s = State(hwnd);
         const bool shift = ShiftDown();
-        switch (wp) {
-        case VK_LEFT: s.model.MoveLeft(shift); break;
-        case VK_RIGHT: s.model.MoveRight(shift); break;
-        case VK_HOME: s.model.Home(shift); break;
-        case VK_END: s.model.End(shift); break;
-        case VK_DELETE:
-            if (StyleOf(hwnd) & ES_READONLY) return 0;
-            if (s.model.DeleteForward()) Changed(hwnd, s);
-            return 0;
-        case VK_UP:
-        case VK_DOWN:
-        case VK_F4:
-        case VK_PRIOR:
-        case VK_NEXT: {
+        const bool multi = Multi(hwnd);
+        // With several lines Home and End keep to the caret's line unless Ctrl is down.
+        const bool wholeText = !multi || ::GetKeyState(VK_CONTROL) < 0;
+        const int page = multi ? VisibleLines(hwnd, FontOr(s.font)) : 0;
+        if (wp == VK_F4 || (!multi && (wp == VK_UP || wp == VK_DOWN || wp == VK_PRIOR || wp == VK_NEXT))) {
             // The edit of a drop-down combo box lets the combo choose with these keys.
             HWND parent = ::GetParent(hwnd);
             char cls[16] = {};
@@ -330,6 +420,22 @@ LRESULT EditProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
             if (std::strcmp(cls, "ComboBox") == 0) ::SendMessageA(parent, WM_KEYDOWN, wp, lp);
             return 0;
         }
+        switch (wp) {
+        case VK_LEFT: s.model.MoveLeft(shift); break;
+        case VK_RIGHT: s.model.MoveRight(shift); break;
+        case VK_HOME: wholeText ? s.model.Home(shift) : s.model.LineHome(shift); break;
+        case VK_END: wholeText ? s.model.End(shift) : s.model.LineEnd(shift); break;
+        case VK_UP:
+        case VK_DOWN:
+        case VK_PRIOR:
+        case VK_NEXT:
+            s.model.MoveLines(wp == VK_UP ? -1 : wp == VK_DOWN ? 1 : wp == VK_PRIOR ? -page : page, shift,
+                              WidthIn(FontOr(s.font)));
+            break;
+        case VK_DELETE:
+            if (StyleOf(hwnd) & ES_READONLY) return 0;
+            if (s.model.DeleteForward()) Changed(hwnd, s);
+            return 0;
         default:
             return 0;
         }
@@ -346,7 +452,7 @@ LRESULT EditProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     case EM_SETSEL: {
         EditState& s = State(hwnd);
         s.model.SetSel(static_cast<int>(static_cast<INT_PTR>(wp)), static_cast<int>(lp));
-        KeepCaretVisible(hwnd, s);
+        // No scrolling here: EM_SCROLLCARET brings the caret into view when asked.
         Redraw(hwnd);
         return 0;
     }
@@ -390,9 +496,42 @@ LRESULT EditProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
         Redraw(hwnd);
         return TRUE;
     }
-    case EM_GETLINECOUNT: {
-        const std::string& t = State(hwnd).model.Text();
-        return 1 + static_cast<LRESULT>(std::count(t.begin(), t.end(), '\n'));
+    case EM_GETLINECOUNT:
+        return State(hwnd).model.LineCount();
+    case EM_LINEFROMCHAR: {
+        // -1: the line of the selection's start, or of the caret without a selection.
+        const EditModel& m = State(hwnd).model;
+        const int pos = static_cast<int>(static_cast<INT_PTR>(wp));
+        return m.LineOf(pos < 0 ? (m.HasSelection() ? m.SelStart() : m.Caret()) : pos);
+    }
+    case EM_LINEINDEX: {
+        const EditModel& m = State(hwnd).model;
+        const int line = static_cast<int>(static_cast<INT_PTR>(wp));
+        return m.LineStart(line < 0 ? m.LineOf(m.Caret()) : line);
+    }
+    case EM_LINELENGTH: {
+        const EditModel& m = State(hwnd).model;
+        const int pos = static_cast<int>(static_cast<INT_PTR>(wp));
+        if (pos >= 0) return m.LineLength(m.LineOf(pos));
+        // -1: what is left unselected of the lines the selection touches.
+        const int first = m.LineOf(m.SelStart()), last = m.LineOf(m.SelEnd());
+        return (m.SelStart() - m.LineStart(first)) + (m.LineStart(last) + m.LineLength(last) - m.SelEnd());
+    }
+    case EM_GETFIRSTVISIBLELINE: {
+        EditState& s = State(hwnd);
+        if (Multi(hwnd)) return s.topLine;
+        // One line: the first character not scrolled out on the left.
+        const std::string shown = Shown(hwnd, s.model.Text());
+        const std::vector<int> widths = PrefixWidths(hwnd, FontOr(s.font), shown);
+        return static_cast<LRESULT>(std::lower_bound(widths.begin(), widths.end(), s.scrollX) - widths.begin());
+    }
+    case EM_LINESCROLL: {
+        EditState& s = State(hwnd);
+        if (!Multi(hwnd)) return FALSE;
+        s.topLine += static_cast<int>(lp);
+        ClampTopLine(s);
+        Redraw(hwnd);
+        return TRUE;
     }
     case WM_COPY:
         CopySelection(hwnd, State(hwnd));
@@ -459,3 +598,11 @@ void CEdit::Clear() { SendMessage(WM_CLEAR); }
 void CEdit::Copy() { SendMessage(WM_COPY); }
 void CEdit::Cut() { SendMessage(WM_CUT); }
 void CEdit::Paste() { SendMessage(WM_PASTE); }
+int CEdit::GetLineCount() const { return static_cast<int>(SendMessage(EM_GETLINECOUNT)); }
+int CEdit::LineIndex(int line) const { return static_cast<int>(SendMessage(EM_LINEINDEX, static_cast<WPARAM>(static_cast<INT_PTR>(line)))); }
+int CEdit::LineFromChar(int pos) const {
+    return static_cast<int>(SendMessage(EM_LINEFROMCHAR, static_cast<WPARAM>(static_cast<INT_PTR>(pos))));
+}
+int CEdit::LineLength(int pos) const { return static_cast<int>(SendMessage(EM_LINELENGTH, static_cast<WPARAM>(static_cast<INT_PTR>(pos)))); }
+int CEdit::GetFirstVisibleLine() const { return static_cast<int>(SendMessage(EM_GETFIRSTVISIBLELINE)); }
+BOOL CEdit::LineScroll(int lines, int chars) { return static_cast<BOOL>(SendMessage(EM_LINESCROLL, static_cast<WPARAM>(chars), lines)); }

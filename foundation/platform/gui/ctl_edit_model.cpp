@@ -1,6 +1,8 @@
 #include "foundation/platform/gui/ctl_edit_p.h"
 
+#include <algorithm>
 #include <cassert>
+#include <vector>
 
 namespace orlex::detail {
 
@@ -18,8 +20,8 @@ void EditModel::SetSel(int start, int end) {
     }
     if (end < 0 || end > n) end = n;
     if (start < 0 || start > n) start = n;
-    m_anchor = start;
-    m_caret = end;
+    m_anchor = Snap(start);
+    m_caret = Snap(end);
 }
 
 void EditModel::Remember() {
@@ -47,6 +49,8 @@ bool EditModel::Backspace() {
     if (s == e) {
         if (m_caret == 0) return false;
         s = m_caret - 1;
+        // A line break goes as a whole.
+        if (s > 0 && m_text[static_cast<size_t>(s)] == '\n' && m_text[static_cast<size_t>(s) - 1] == '\r') --s;
     }
     Remember();  // before anything moves, so that undo puts the caret back too
     m_text.erase(static_cast<size_t>(s), static_cast<size_t>(e - s));
@@ -59,6 +63,9 @@ bool EditModel::DeleteForward() {
     if (s == e) {
         if (m_caret >= static_cast<int>(m_text.size())) return false;
         e = m_caret + 1;
+        if (m_text[static_cast<size_t>(m_caret)] == '\r' && e < static_cast<int>(m_text.size()) &&
+            m_text[static_cast<size_t>(e)] == '\n')
+            ++e;
     }
     Remember();
     m_text.erase(static_cast<size_t>(s), static_cast<size_t>(e - s));
@@ -66,20 +73,93 @@ bool EditModel::DeleteForward() {
     return true;
 }
 
+int EditModel::Snap(int p) const {
+    p = Clamp(p);
+    if (p > 0 && p < static_cast<int>(m_text.size()) && m_text[static_cast<size_t>(p) - 1] == '\r' &&
+        m_text[static_cast<size_t>(p)] == '\n')
+        --p;
+    return p;
+}
+
 void EditModel::PlaceCaret(int pos, bool extend) {
-    m_caret = Clamp(pos);
+    m_caret = Snap(pos);
     if (!extend) m_anchor = m_caret;
 }
 
 void EditModel::MoveLeft(bool extend) {
     // Without extending, a selection collapses to its start.
     if (!extend && HasSelection()) PlaceCaret(SelStart(), false);
-    else PlaceCaret(m_caret - 1, extend);
+    else PlaceCaret(m_caret - 1, extend);  // from after "\r\n" the snap lands before the '\r'
 }
 
 void EditModel::MoveRight(bool extend) {
-    if (!extend && HasSelection()) PlaceCaret(SelEnd(), false);
-    else PlaceCaret(m_caret + 1, extend);
+    if (!extend && HasSelection()) {
+        PlaceCaret(SelEnd(), false);
+        return;
+    }
+    const bool crlf = m_caret + 1 < static_cast<int>(m_text.size()) && m_text[static_cast<size_t>(m_caret)] == '\r' &&
+                      m_text[static_cast<size_t>(m_caret) + 1] == '\n';
+    PlaceCaret(m_caret + (crlf ? 2 : 1), extend);
+}
+
+int EditModel::LineCount() const { return 1 + static_cast<int>(std::count(m_text.begin(), m_text.end(), '\n')); }
+
+int EditModel::LineOf(int pos) const {
+    pos = Clamp(pos);
+    return static_cast<int>(std::count(m_text.begin(), m_text.begin() + pos, '\n'));
+}
+
+int EditModel::LineStart(int line) const {
+    if (line < 0) return -1;
+    size_t at = 0;
+    for (int i = 0; i < line; ++i) {
+        const size_t nl = m_text.find('\n', at);
+        if (nl == std::string::npos) return -1;
+        at = nl + 1;
+    }
+    return static_cast<int>(at);
+}
+
+int EditModel::LineLength(int line) const {
+    const int start = LineStart(line);
+    if (start < 0) return 0;
+    size_t end = m_text.find('\n', static_cast<size_t>(start));
+    if (end == std::string::npos) return static_cast<int>(m_text.size()) - start;
+    if (end > static_cast<size_t>(start) && m_text[end - 1] == '\r') --end;
+    return static_cast<int>(end) - start;
+}
+
+void EditModel::LineHome(bool extend) { PlaceCaret(LineStart(LineOf(m_caret)), extend); }
+
+void EditModel::LineEnd(bool extend) {
+    const int line = LineOf(m_caret);
+    PlaceCaret(LineStart(line) + LineLength(line), extend);
+}
+
+int EditModel::PosAtX(int line, int x, const TextWidthFn& width) const {
+    const int start = LineStart(line);
+    if (start < 0) return static_cast<int>(m_text.size());
+    const int n = LineLength(line);
+    const std::string text = m_text.substr(static_cast<size_t>(start), static_cast<size_t>(n));
+    std::vector<int> offsets(static_cast<size_t>(n) + 1, 0);
+    for (int i = 1; i <= n; ++i) offsets[static_cast<size_t>(i)] = width(text.substr(0, static_cast<size_t>(i)));
+    return start + HitTestOffsets(offsets.data(), n, x);
+}
+
+int EditModel::XOf(int pos, const TextWidthFn& width) const {
+    pos = Clamp(pos);
+    const int start = LineStart(LineOf(pos));
+    return width(m_text.substr(static_cast<size_t>(start), static_cast<size_t>(pos - start)));
+}
+
+void EditModel::MoveLines(int lines, bool extend, const TextWidthFn& width) {
+    const int from = LineOf(m_caret);
+    const int to = std::max(0, std::min(from + lines, LineCount() - 1));
+    if (to == from) {
+        if (!extend) m_anchor = m_caret;
+        return;
+    }
+    PlaceCaret(PosAtX(to, XOf(m_caret, width), width), extend);
 }
 
 void EditModel::Home(bool extend) { PlaceCaret(0, extend); }

@@ -1,14 +1,20 @@
 // Private: the text model of an edit control, apart from its window and drawing.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "foundation/platform/wintypes.h"
 
 namespace orlex::detail {
 
+// Width in pixels of a piece of text, as the view measures it.
+using TextWidthFn = std::function<int(const std::string&)>;
+
 // Text with a selection from anchor to caret (either order) and one level of undo.
-// Positions are byte offsets of the 8-bit text, 0..size.
+// Positions are byte offsets of the 8-bit text, 0..size. Lines end at "\r\n" (two
+// positions, the caret never between them) or a lone "\n"; with one line the model is
+// the single-line edit's.
 class EditModel {
 public:
     const std::string& Text() const { return m_text; }
@@ -31,11 +37,29 @@ public:
     // Backspace / Delete: the selection, else the character before / after the caret.
     bool Backspace();
     bool DeleteForward();
-    // Moves the caret by one character or to an end; extend keeps the anchor.
+    // Moves the caret by one character (a line break counts as one step) or to an end;
+    // extend keeps the anchor.
     void MoveLeft(bool extend);
     void MoveRight(bool extend);
     void Home(bool extend);
     void End(bool extend);
+    // Start / end of the caret's line (before its break).
+    void LineHome(bool extend);
+    void LineEnd(bool extend);
+    // Moves the caret `lines` lines down (negative: up), clamped to the first and last line,
+    // to the position nearest the caret's present x; width measures a line's prefixes.
+    void MoveLines(int lines, bool extend, const TextWidthFn& width);
+
+    // Lines: their count (at least 1), the line holding a position (0..size), where a line
+    // starts (-1 past the last line) and how long it is without its break.
+    int LineCount() const;
+    int LineOf(int pos) const;
+    int LineStart(int line) const;
+    int LineLength(int line) const;
+    // The position in the line nearest to x pixels from its start.
+    int PosAtX(int line, int x, const TextWidthFn& width) const;
+    // Pixels from its line's start to pos.
+    int XOf(int pos, const TextWidthFn& width) const;
     // Puts the caret at pos (extend: keeping the anchor).
     void PlaceCaret(int pos, bool extend);
     bool CanUndo() const { return m_canUndo; }
@@ -44,6 +68,8 @@ public:
     void EmptyUndo() { m_canUndo = false; }
 
 private:
+    // A position moved out of the middle of a "\r\n" to the break's start.
+    int Snap(int p) const;
     int Clamp(int p) const { return p < 0 ? 0 : (p > static_cast<int>(m_text.size()) ? static_cast<int>(m_text.size()) : p); }
     void Remember();
     std::string m_text;

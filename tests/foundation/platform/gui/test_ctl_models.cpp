@@ -132,6 +132,73 @@ TEST(EditModelMath, CaretHitsTheNearerEdge) {
     for (const Case& c : cases) EXPECT_EQ(HitTestOffsets(widths, 3, c.x), c.caret) << c.x;
 }
 
+// "ab" CR LF "cde" CR LF (empty) CR LF "f": positions a0 b1 CR2 LF3 c4 d5 e6 CR7 LF8 CR9 LF10 f11.
+const char kLines[] = "ab\r\ncde\r\n\r\nf";
+
+TEST(EditModelMath, LinesOfTextWithLineBreaks) {
+    EditModel m;
+    m.SetText(kLines);
+    EXPECT_EQ(m.LineCount(), 4);
+    struct Line { int start, length; };
+    const Line lines[] = {{0, 2}, {4, 3}, {9, 0}, {11, 1}};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(m.LineStart(i), lines[i].start) << i;
+        EXPECT_EQ(m.LineLength(i), lines[i].length) << i;
+    }
+    EXPECT_EQ(m.LineStart(4), -1);
+    EXPECT_EQ(m.LineStart(-1), -1);
+    struct Pos { int pos, line; };
+    const Pos of[] = {{0, 0}, {2, 0}, {3, 0}, {4, 1}, {8, 1}, {9, 2}, {10, 2}, {11, 3}, {12, 3}, {99, 3}};
+    for (const Pos& p : of) EXPECT_EQ(m.LineOf(p.pos), p.line) << p.pos;
+    // A lone line feed breaks a line too, as one position.
+    m.SetText("x\ny");
+    EXPECT_EQ(m.LineCount(), 2);
+    EXPECT_EQ(m.LineStart(1), 2);
+    EXPECT_EQ(m.LineLength(0), 1);
+}
+
+TEST(EditModelMath, CaretStepsOverLineBreaksWhole) {
+    const TextWidthFn tenEach = [](const std::string& t) { return 10 * static_cast<int>(t.size()); };
+    EditModel m;
+    m.SetText(kLines);
+    struct Op {
+        const char* what;
+        std::function<void(EditModel&)> run;
+        int selStart, selEnd, caret;
+        const char* text;
+    };
+    const Op ops[] = {
+        {"inside CR LF snaps before it", [](EditModel& e) { e.SetSel(3, 3); }, 2, 2, 2, kLines},
+        {"right over the break", [](EditModel& e) { e.MoveRight(false); }, 4, 4, 4, kLines},
+        {"left back over it", [](EditModel& e) { e.MoveLeft(false); }, 2, 2, 2, kLines},
+        {"down keeps the x", [&](EditModel& e) { e.MoveLines(1, false, tenEach); }, 6, 6, 6, kLines},
+        {"down to the empty line", [&](EditModel& e) { e.MoveLines(1, false, tenEach); }, 9, 9, 9, kLines},
+        {"up two with shift", [&](EditModel& e) { e.MoveLines(-2, true, tenEach); }, 0, 9, 0, kLines},
+        {"up at the top stays", [&](EditModel& e) { e.MoveLines(-1, false, tenEach); }, 0, 0, 0, kLines},
+        {"many down stop at the last line", [&](EditModel& e) { e.MoveLines(9, false, tenEach); }, 11, 11, 11, kLines},
+        {"line home, line end", [](EditModel& e) { e.SetSel(5, 5); e.LineHome(false); e.LineEnd(true); }, 4, 7, 7, kLines},
+        {"delete at the line end takes CR LF", [](EditModel& e) { e.SetSel(7, 7); e.DeleteForward(); }, 7, 7, 7,
+         "ab\r\ncde\r\nf"},
+        {"backspace at a line start takes CR LF", [](EditModel& e) { e.SetSel(4, 4); e.Backspace(); }, 2, 2, 2,
+         "abcde\r\nf"},
+        {"return inserts a break", [](EditModel& e) { e.ReplaceSel("\r\n"); }, 4, 4, 4, "ab\r\ncde\r\nf"},
+    };
+    for (const Op& o : ops) {
+        o.run(m);
+        EXPECT_EQ(m.Text(), o.text) << o.what;
+        EXPECT_EQ(m.SelStart(), o.selStart) << o.what;
+        EXPECT_EQ(m.SelEnd(), o.selEnd) << o.what;
+        EXPECT_EQ(m.Caret(), o.caret) << o.what;
+    }
+    // Hits within a line: the nearer edge of the character under x.
+    m.SetText(kLines);
+    struct Hit { int line, x, pos; };
+    const Hit hits[] = {{1, 14, 5}, {1, 16, 6}, {1, 99, 7}, {0, -3, 0}, {2, 50, 9}, {7, 0, 12}};  // no line 7: the end
+    for (const Hit& h : hits) EXPECT_EQ(m.PosAtX(h.line, h.x, tenEach), h.pos) << h.line << "," << h.x;
+    EXPECT_EQ(m.XOf(6, tenEach), 20);
+    EXPECT_EQ(m.XOf(11, tenEach), 0);
+}
+
 TEST(ListModelMath, SortedInsertFindAndSelectionFollow) {
     ListModel m;
     m.sorted = true;
