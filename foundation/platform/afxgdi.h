@@ -197,6 +197,7 @@ constexpr UINT DT_RTLREADING = 0x00020000;
 constexpr UINT DT_WORD_ELLIPSIS = 0x00040000;
 constexpr UINT DT_NOFULLWIDTHCHARBREAK = 0x00080000;
 constexpr UINT DT_HIDEPREFIX = 0x00100000;
+constexpr UINT DT_PREFIXONLY = 0x00200000;
 
 // Map modes -------------------------------------------------------------------------------------
 constexpr int MM_TEXT = 1;
@@ -1134,9 +1135,9 @@ BOOL StretchBlt(HDC dst, int x, int y, int w, int h, HDC src, int xSrc, int ySrc
 // padded to a multiple of 4 bytes (the platform's rule); when biSizeImage is set, no byte at
 // or past it is read: rows that would reach past it are left undrawn. The
 // source rectangle's y counts from the bottom row for bottom-up bitmaps; a negative width or
-// height on one side mirrors. Enlarging samples the nearest pixel; shrinking does too, except
-// in HALFTONE stretch mode, where each pixel is the mean of those it covers. Returns the
-// number of scan lines drawn, 0 on failure.
+// height on one side mirrors. Every stretch mode samples the nearest pixel, enlarging and
+// shrinking (HALFTONE has no averaging filter here). Returns the number of scan lines
+// drawn, 0 on failure.
 int StretchDIBits(HDC hdc, int xDest, int yDest, int wDest, int hDest, int xSrc, int ySrc, int wSrc, int hSrc,
                   const void* bits, const BITMAPINFO* info, UINT usage, DWORD rop);
 int SetDIBitsToDevice(HDC hdc, int xDest, int yDest, DWORD w, DWORD h, int xSrc, int ySrc, UINT startScan,

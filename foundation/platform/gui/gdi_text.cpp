@@ -363,6 +363,42 @@ std::vector<QString> LayoutLines(const QString& text, UINT fmt, int maxWidth, co
     return lines;
 }
 
+// Marks, inside DrawText's working text, the character that follows as one to underline
+// (from a prefix '&'). A private-use code the 8-bit code pages never produce.
+constexpr char16_t kUnderlineMark = 0xE000;
+
+// Prefix characters: "&x" shows x (marked for underlining unless hidden), "&&" shows "&",
+// a lone '&' at the end shows nothing.
+QString ResolvePrefixes(const QString& text, bool mark) {
+    QString out;
+    out.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        if (text[i] != QLatin1Char('&')) {
+            out += text[i];
+            continue;
+        }
+        if (++i >= text.size()) break;
+        if (mark && text[i] != QLatin1Char('&')) out += QChar(kUnderlineMark);
+        out += text[i];
+    }
+    return out;
+}
+
+// A line without its underline marks, and the character spans (start, length in the
+// unmarked line) to underline.
+QString StripMarks(const QString& line, std::vector<int>* underlined) {
+    if (!line.contains(QChar(kUnderlineMark))) return line;
+    QString out;
+    for (QChar c : line) {
+        if (c == QChar(kUnderlineMark)) {
+            if (underlined) underlined->push_back(static_cast<int>(out.size()));
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
+
 QString Ellipsize(const QString& s, int maxWidth, const std::function<int(const QString&)>& widthOf) {
     if (widthOf(s) <= maxWidth) return s;
     const QString dots = QStringLiteral("...");
@@ -500,18 +536,7 @@ int DrawTextA(HDC hdc, LPCSTR s, int count, LPRECT rc, UINT fmt) {
     if (!dc || !rc) return 0;
     if (count < 0) count = s ? static_cast<int>(std::strlen(s)) : 0;
     QString text = FromAnsi(s, count);
-    // Prefix characters: "&x" shows x, "&&" shows "&".
-    if (!(fmt & DT_NOPREFIX)) {
-        QString out;
-        for (int i = 0; i < text.size(); ++i) {
-            if (text[i] == QLatin1Char('&')) {
-                if (i + 1 < text.size()) out += text[++i];
-                continue;
-            }
-            out += text[i];
-        }
-        text = out;
-    }
+    if (!(fmt & DT_NOPREFIX)) text = ResolvePrefixes(text, !(fmt & DT_HIDEPREFIX));
     if (fmt & DT_EXPANDTABS) {
         QString out;
         for (QChar c : text) out += c == QLatin1Char('\t') ? QStringLiteral("        ") : QString(c);
@@ -520,9 +545,9 @@ int DrawTextA(HDC hdc, LPCSTR s, int count, LPRECT rc, UINT fmt) {
     LOGFONTA lf;
     const FontEntry& fe = DcFont(*dc, &lf);
     QFontMetrics m(fe.font);
-    // Widths and heights in logical units.
+    // Widths and heights in logical units; underline marks take no room.
     auto widthOf = [&](const QString& q) {
-        const POINT o = DpToLp(*dc, POINT{0, 0}), p = DpToLp(*dc, POINT{TextWidth(*dc, fe, q), 0});
+        const POINT o = DpToLp(*dc, POINT{0, 0}), p = DpToLp(*dc, POINT{TextWidth(*dc, fe, StripMarks(q, nullptr)), 0});
         return static_cast<int>(std::abs(p.x - o.x));
     };
     TEXTMETRICA tm;
@@ -549,13 +574,35 @@ int DrawTextA(HDC hdc, LPCSTR s, int count, LPRECT rc, UINT fmt) {
     const UINT oldAlign = dc->a.textAlign;
     dc->a.textAlign = TA_LEFT | TA_TOP;
     const UINT opts = (fmt & DT_NOCLIP) ? 0 : ETO_CLIPPED;
-    for (const QString& l : lines) {
+    // The underline of a prefixed character: one device row a pixel below the baseline
+    // (on the baseline's next row when the font has no room under it), in the text colour.
+    const int underlineDy = tm.tmAscent + (tm.tmDescent > 1 ? 1 : 0);
+    const QRect clipDevice = DeviceRectOf(*dc, *rc);
+    std::vector<int> underlined;
+    for (const QString& marked : lines) {
+        underlined.clear();
+        const QString l = StripMarks(marked, &underlined);
         const int w = widthOf(l);
         int x = rc->left;
         if (fmt & DT_CENTER) x = rc->left + (boxW - w) / 2;
         else if (fmt & DT_RIGHT) x = rc->right - w;
-        const std::string bytes = orlex::Utf8ToAnsi(l.toStdString());
-        TextOutImpl(hdc, x, y, opts, rc, bytes.c_str(), static_cast<int>(bytes.size()), nullptr);
+        if (!(fmt & DT_PREFIXONLY)) {
+            const std::string bytes = orlex::Utf8ToAnsi(l.toStdString());
+            TextOutImpl(hdc, x, y, opts, rc, bytes.c_str(), static_cast<int>(bytes.size()), nullptr);
+        }
+        Target t;
+        if (!underlined.empty() && Acquire(*dc, t)) {
+            const std::uint32_t colour = ResolveColor(*dc, dc->a.text);
+            for (int at : underlined) {
+                if (at >= l.size()) continue;
+                const POINT a = LpToDp(*dc, POINT{x + widthOf(l.left(at)), y + underlineDy});
+                const POINT b = LpToDp(*dc, POINT{x + widthOf(l.left(at + 1)), y + underlineDy});
+                QRect bar(std::min(a.x, b.x), a.y, std::abs(b.x - a.x), 1);
+                if (opts & ETO_CLIPPED) bar &= clipDevice;
+                if (!bar.isEmpty()) FillSolidDevice(t, bar, colour);
+            }
+            Release(t);
+        }
         y += lineH;
     }
     dc->a.textAlign = oldAlign;

@@ -240,6 +240,61 @@ TEST(GdiText, DrawTextLayout) {
     }
 }
 
+TEST(GdiText, PrefixUnderlinesTheNextCharacter) {
+    struct Case {
+        const char* text;
+        UINT fmt;
+        const char* shown;       // what the text part looks like (as TextOut draws it); null: none
+        const char* before;      // the text before the underlined character; null: no underline
+        const char* underlined;
+    };
+    const Case cases[] = {
+        {"&Open", 0, "Open", "", "O"},
+        {"Op&en", 0, "Open", "Op", "e"},
+        {"&&Open", 0, "&Open", nullptr, nullptr},
+        {"A&&B &C", 0, "A&B C", "A&B ", "C"},
+        {"&Open", DT_NOPREFIX, "&Open", nullptr, nullptr},
+        {"&Open", DT_HIDEPREFIX, "Open", nullptr, nullptr},
+        {"Op&en", DT_PREFIXONLY, nullptr, "Op", "e"},
+        {"Open&", 0, "Open", nullptr, nullptr},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.text) + " " + std::to_string(c.fmt));
+        Page drawn(200, 40), plain(200, 40);
+        TEXTMETRIC tm;
+        drawn.dc.GetTextMetrics(&tm);
+        CRect r(10, 5, 190, 5 + tm.tmHeight);
+        drawn.dc.DrawText(c.text, -1, &r, DT_SINGLELINE | c.fmt);
+        if (c.shown) plain.dc.TextOut(10, 5, c.shown, static_cast<int>(std::strlen(c.shown)));
+        // The difference between the two is the underline alone.
+        std::vector<POINT> extra;
+        int missing = 0;
+        for (int y = 0; y < 40; ++y)
+            for (int x = 0; x < 200; ++x) {
+                const bool a = drawn.dc.GetPixel(x, y) == kBlack, b = plain.dc.GetPixel(x, y) == kBlack;
+                if (a && !b) extra.push_back(POINT{x, y});
+                if (b && !a) ++missing;
+            }
+        EXPECT_EQ(missing, 0);
+        if (!c.before) {
+            EXPECT_TRUE(extra.empty());
+            continue;
+        }
+        ASSERT_FALSE(extra.empty());
+        const CRect bar = Page::Box(extra);
+        const int from = 10 + drawn.dc.GetTextExtent(c.before, static_cast<int>(std::strlen(c.before))).cx;
+        const std::string upTo = std::string(c.before) + c.underlined;
+        const int to = 10 + drawn.dc.GetTextExtent(upTo.c_str(), static_cast<int>(upTo.size())).cx;
+        EXPECT_EQ(bar.Height(), 1);
+        EXPECT_EQ(static_cast<int>(extra.size()), bar.Width());  // one unbroken row
+        EXPECT_EQ(bar.left, from);
+        EXPECT_EQ(bar.right, to);
+        // Below the baseline, inside the line.
+        EXPECT_GE(bar.top, 5 + tm.tmAscent);
+        EXPECT_LT(bar.top, 5 + tm.tmHeight);
+    }
+}
+
 TEST(GdiText, TabStopsOfTabbedTextOut) {
     Page p(200, 40);
     const INT stops[] = {100};
