@@ -127,47 +127,38 @@ bool HasAvx512()
     return has && g_useVector;
 }
 
-// Bytes 0 and 1 of each 32-bit lane of the result are table[bytes 0 and 1 of the lane's
+// Bytes 0 and 2 of each 32-bit lane of the result are table[bytes 0 and 2 of the lane's
 // index], the other bytes 0, for a 256-byte table held in four registers: two
 // permutations over 128 bytes each, chosen by each index byte's top bit (`upperHalf`).
 __attribute__((target("avx512f,avx512bw,avx512vbmi"))) inline __m512i Lookup256(const __m512i table[4],
                                                                                  __m512i index,
                                                                                  __mmask64 upperHalf)
 {
-    const __mmask64 twoBytes = 0x3333333333333333ull;
-    const __m512i lower = _mm512_maskz_permutex2var_epi8(twoBytes, table[0], index, table[1]);
-    const __m512i upper = _mm512_maskz_permutex2var_epi8(twoBytes, table[2], index, table[3]);
+    const __mmask64 wordStarts = 0x5555555555555555ull;
+    const __m512i lower = _mm512_maskz_permutex2var_epi8(wordStarts, table[0], index, table[1]);
+    const __m512i upper = _mm512_maskz_permutex2var_epi8(wordStarts, table[2], index, table[3]);
     return _mm512_mask_blend_epi8(upperHalf, lower, upper);
 }
 
-// Eight values: x clamped to 0..n-1 and truncated, t, an integer below 2^40. Its
-// quotient by 4294967295 = 2^32 - 1 is (t + (t >> 32) + 1) >> 32 and the remainder
-// t - q * 2^32 + q, exactly as the integer division gives them. Gives the span (limited
-// to the top one; the remainder stays) as eight 32-bit integers and the remainder as
-// doubles.
-struct Fit24Lanes {
-    __m256i span;
-    __m512d rest;
-};
-
-__attribute__((target("avx512f,avx512dq"))) inline Fit24Lanes SpanAndRest(__m256i v, __m512d low, __m512d factor,
-                                                                         __m512d last, __m512i top)
+// Eight values: x clamped to 0..n-1 and truncated, t, an integer below 2^40.
+__attribute__((target("avx512f,avx512dq"))) inline __m512i TruncatedSteps(__m256i v, __m512d low, __m512d factor,
+                                                                         __m512d last)
 {
     __m512d x = _mm512_mul_pd(_mm512_sub_pd(_mm512_cvtepi32_pd(v), low), factor);
     x = _mm512_max_pd(x, _mm512_setzero_pd());  // NaN gives the second operand, 0
     x = _mm512_min_pd(x, last);
-    const __m512i t = _mm512_cvttpd_epi64(x);
-    const __m512i one = _mm512_set1_epi64(1);
-    const __m512i q = _mm512_srli_epi64(_mm512_add_epi64(_mm512_add_epi64(t, _mm512_srli_epi64(t, 32)), one), 32);
-    const __m512d r = _mm512_cvtepi64_pd(_mm512_add_epi64(_mm512_sub_epi64(t, _mm512_slli_epi64(q, 32)), q));
-    return {_mm512_cvtepi64_epi32(_mm512_min_epu64(q, top)), r};
+    return _mm512_cvttpd_epi64(x);
 }
 
-// Sixteen values at a time. The two ends of each lane's span come from the table held in
-// registers (gathers are slow on some processors); the step (b - a) / 4294967295 is
-// (b - a) times the reciprocal, which rounds to the same double for every difference
-// -255..255 (checked by the tests), and is then multiplied by the remainder as the rule
-// does.
+// Sixteen values at a time, all in integers after the one truncation of the rule:
+//  - t = h * 2^32 + l = h * 4294967295 + (h + l), so q = h and r = h + l unless h + l
+//    reaches 4294967295, which needs l >= 2^32 - 256;
+//  - each channel is a +- floor(d * r / 4294967295) with d = |b - a| (Fit24ChannelExact),
+//    and floor(d * r / 4294967295) = (d * (r >> 8)) >> 24 unless bits 8..23 of that
+//    product are all set (Fit24StepShort).
+// A group of sixteen in which either exception may occur (about one in ten thousand
+// for steep tables) is left to the plain form. The table entries at both ends of each
+// span come from registers by byte permutation (gathers are slow on some processors).
 __attribute__((target("avx512f,avx512dq,avx512bw,avx512vbmi"))) void Fit24ValuesAvx512(const int* src,
                                                                                         unsigned char* dst,
                                                                                         std::size_t n,
@@ -176,47 +167,63 @@ __attribute__((target("avx512f,avx512dq,avx512bw,avx512vbmi"))) void Fit24Values
     const __m512d low = _mm512_set1_pd(plan.low);
     const __m512d factor = _mm512_set1_pd(plan.factor);
     const __m512d last = _mm512_set1_pd(plan.lastStep);
-    const __m512i top = _mm512_set1_epi64(plan.top);
-    const __m512d inverse = _mm512_set1_pd(1.0 / double(kFitSteps));
-    const __m512i byteMask = _mm512_set1_epi32(0xFF);
+    const __m512i top = _mm512_set1_epi32(int(plan.top));
     const __m512i one = _mm512_set1_epi32(1);
+    const __m512i riseOfPair = _mm512_set1_epi32(0x0001FFFF);  // words -1, +1
+    const __m512i nearCarry = _mm512_set1_epi32(int(0xFFFFFF00u));
+    const __m512i middleBits = _mm512_set1_epi32(0x00FFFF00);
     __m512i tables[3][4];
     for (int c = 0; c < 3; ++c)
         for (int k = 0; k < 4; ++k) tables[c][k] = _mm512_load_si512(plan.entries[c] + 64 * k);
+    // The high and the low halves of sixteen 64-bit steps held in two registers.
+    alignas(64) std::int32_t highIndex[16];
+    alignas(64) std::int32_t lowIndex[16];
     // Byte 0 of each 32-bit lane of blue, then green (second source), then red: 48 bytes.
     alignas(64) unsigned char blueGreenIndex[64] = {};
     alignas(64) unsigned char addRedIndex[64] = {};
     for (int p = 0; p < 16; ++p) {
+        lowIndex[p] = 2 * p;
+        highIndex[p] = 2 * p + 1;
         blueGreenIndex[3 * p] = static_cast<unsigned char>(4 * p);
         blueGreenIndex[3 * p + 1] = static_cast<unsigned char>(64 + 4 * p);
         addRedIndex[3 * p] = static_cast<unsigned char>(3 * p);
         addRedIndex[3 * p + 1] = static_cast<unsigned char>(3 * p + 1);
         addRedIndex[3 * p + 2] = static_cast<unsigned char>(64 + 4 * p);
     }
+    const __m512i highHalves = _mm512_load_si512(highIndex);
+    const __m512i lowHalves = _mm512_load_si512(lowIndex);
     const __m512i blueGreen = _mm512_load_si512(blueGreenIndex);
     const __m512i addRed = _mm512_load_si512(addRedIndex);
     std::size_t i = 0;
     // Each step stores 64 bytes of which the last 16 belong to the next step, so the loop
     // stops while six more pixels are left for the plain form.
     for (; i + 22 <= n; i += 16, dst += 48) {
-        const Fit24Lanes lo = SpanAndRest(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i)), low, factor,
-                                          last, top);
-        const Fit24Lanes hi = SpanAndRest(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i + 8)), low,
-                                          factor, last, top);
-        const __m512i span = _mm512_inserti64x4(_mm512_castsi256_si512(lo.span), hi.span, 1);
-        // Both ends of the span in one index: q in byte 0, q + 1 in byte 1.
-        const __m512i ends = _mm512_or_si512(span, _mm512_slli_epi32(_mm512_add_epi32(span, one), 8));
+        const __m512i stepsLo = TruncatedSteps(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i)), low,
+                                               factor, last);
+        const __m512i stepsHi = TruncatedSteps(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i + 8)), low,
+                                               factor, last);
+        __m512i span = _mm512_permutex2var_epi32(stepsLo, highHalves, stepsHi);
+        const __m512i l = _mm512_permutex2var_epi32(stepsLo, lowHalves, stepsHi);
+        __mmask16 unsure = _mm512_cmpge_epu32_mask(l, nearCarry);
+        const __m512i restHigh = _mm512_srli_epi32(_mm512_add_epi32(l, span), 8);
+        span = _mm512_min_epu32(span, top);  // the remainder stays as it is
+        // Both ends of the span in one index: q in byte 0, q + 1 in byte 2.
+        const __m512i ends = _mm512_or_si512(span, _mm512_slli_epi32(_mm512_add_epi32(span, one), 16));
         const __mmask64 upperHalf = _mm512_movepi8_mask(ends);
         __m512i channel[3];
         for (int c = 0; c < 3; ++c) {
+            // `both` holds a in its low word and b in its high word, so that one
+            // multiply-add of the words gives b - a; only byte 0 of the result counts.
             const __m512i both = Lookup256(tables[c], ends, upperHalf);
-            const __m512i a = _mm512_and_si512(both, byteMask);
-            const __m512i delta = _mm512_sub_epi32(_mm512_srli_epi32(both, 8), a);
-            const __m512d slopeLo = _mm512_mul_pd(_mm512_cvtepi32_pd(_mm512_castsi512_si256(delta)), inverse);
-            const __m512d slopeHi = _mm512_mul_pd(_mm512_cvtepi32_pd(_mm512_extracti64x4_epi64(delta, 1)), inverse);
-            const __m256i stepLo = _mm512_cvttpd_epi32(_mm512_mul_pd(slopeLo, lo.rest));
-            const __m256i stepHi = _mm512_cvttpd_epi32(_mm512_mul_pd(slopeHi, hi.rest));
-            channel[c] = _mm512_add_epi32(_mm512_inserti64x4(_mm512_castsi256_si512(stepLo), stepHi, 1), a);
+            const __m512i delta = _mm512_madd_epi16(both, riseOfPair);
+            const __m512i product = _mm512_mullo_epi32(_mm512_abs_epi32(delta), restHigh);
+            unsure |= _mm512_cmpeq_epi32_mask(_mm512_and_si512(product, middleBits), middleBits);
+            const __m512i step = _mm512_srli_epi32(product, 24);
+            channel[c] = _mm512_mask_sub_epi32(_mm512_add_epi32(both, step), _mm512_movepi32_mask(delta), both, step);
+        }
+        if (unsure != 0) {
+            Fit24ValuesPlain(src + i, dst, 16, plan);
+            continue;
         }
         const __m512i bg = _mm512_permutex2var_epi8(channel[0], blueGreen, channel[1]);
         _mm512_storeu_si512(dst, _mm512_permutex2var_epi8(bg, addRed, channel[2]));
@@ -250,6 +257,32 @@ void ScaleValues(const int* src, unsigned char* dst, std::size_t n, double low, 
     }
 #endif
     ScaleValuesPlain(src, dst, n, low, factor, double(levels - 1));
+}
+
+// Why the integer form is the double expression. Let d = |b - a| <= 255, s = fl(d / K)
+// with K = 4294967295, and p = fl(s * r) for r < K; negating d negates s and p exactly,
+// so the sign can be taken out. s * r differs from d * r / K by at most r * (d / K) *
+// 2^-53, and p from s * r by at most half an ulp, together below 255 * 2^-52 < 6e-14.
+// If d * r is not a multiple of K, d * r / K lies at least 1 / K > 2.3e-10 from every
+// integer, so trunc(p) = floor(d * r / K). If it is a multiple (K / gcd(d, K) divides r;
+// 1485 cases over all d), trunc(p) equals it too: the tests check every one of them.
+BYTE Fit24ChannelExact(BYTE a, BYTE b, std::uint32_t r)
+{
+    assert(r < kFitSteps);
+    const std::uint64_t d = b >= a ? b - a : a - b;
+    const auto step = static_cast<BYTE>(d * r / kFitSteps);
+    return static_cast<BYTE>(b >= a ? a + step : a - step);
+}
+
+// With r = 256 r' + e (e < 256): d * r / K = d * r' / 2^24 + d * e / 2^32 + d * r / (K * 2^32),
+// and the last two terms add less than 257 / 2^24. So the floor is (d * r') >> 24, or one
+// more only when the low 24 bits of d * r' reach 2^24 - 256, that is bits 8..23 all set.
+std::uint32_t Fit24StepShort(std::uint32_t d, std::uint32_t r, bool& certain)
+{
+    assert(d <= 255 && r < kFitSteps);
+    const std::uint32_t product = d * (r >> 8);
+    certain = (product & 0x00FFFF00u) != 0x00FFFF00u;
+    return product >> 24;
 }
 
 void PrepareFit24(const RGBQUAD* table, double low, double high, bool reserveTop, Fit24Plan& plan)

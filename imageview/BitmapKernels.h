@@ -37,6 +37,17 @@ struct Fit24Plan {
     alignas(64) BYTE entries[3][256] = {};
 };
 
+// One channel of the interpolation in integers: a + trunc((b - a) / 4294967295.0 * r)
+// in 8 bits, which equals a + floor(|b - a| * r / 4294967295) for a rising step and a
+// minus that for a falling one, for all a, b and r < 4294967295. The vector loop rests
+// on this identity; the tests hold it against the double expression.
+BYTE Fit24ChannelExact(BYTE a, BYTE b, std::uint32_t r);
+
+// The vector loop's short form of floor(d * r / 4294967295) for d 0..255 and r below
+// 4294967295: (d * (r >> 8)) >> 24 in 32 bits. `certain` is false where the product's
+// bits 8..23 are all set, the only case in which the short form may be one too low.
+std::uint32_t Fit24StepShort(std::uint32_t d, std::uint32_t r, bool& certain);
+
 // Fills `plan` for `table` (null: black), limits and the reserved-top choice.
 void PrepareFit24(const RGBQUAD* table, double low, double high, bool reserveTop, Fit24Plan& plan);
 
