@@ -29,10 +29,7 @@ constexpr std::size_t kHeaderBytes = 40;
 constexpr int kPaletteEntries = 256;
 // The system colour the view wipes to when it has no image (the window background).
 constexpr int kWipeColour = 17;
-// The view shows data pixels as they are: nearest neighbour, also when it shrinks the
-// image (halftone mode would average the pixels that a screen pixel covers, which blurs
-// single-pixel features of a scan and costs a pass over every source pixel).
-constexpr int kStretchMode = COLORONCOLOR;
+constexpr int kStretchMode = HALFTONE;
 
 // Sizes of the block that a view of this kind needs for rows x cols.
 std::size_t PixelOffset(bool realTime) { return realTime ? kBitmap8BitPixelOffset : kBitmap24BitPixelOffset; }

@@ -1,6 +1,11 @@
 // Device-independent bitmaps: StretchDIBits and SetDIBitsToDevice (drawing a DIB through
 // precomputed column and row maps), GetDIBits/SetDIBits, and bitmaps from resources.
 //
+// Stretch modes: every mode picks the nearest source pixel. HALFTONE does not average here:
+// as on those versions of the platform that have no halftone filter, it stretches as
+// COLORONCOLOR does, which keeps each data pixel of an image exact on screen and keeps a
+// shrinking stretch to one read per destination pixel instead of a pass over the source.
+//
 // Row pitch: the platform's rule, rows padded to a multiple of 4 bytes. The library's own
 // bitmap blocks do not pad their rows; they agree with this rule exactly when the row's
 // byte count is a multiple of 4, which is where the library relies on it. For any other
@@ -86,49 +91,6 @@ std::uint32_t PixelAt(const unsigned char* row, const DibLayout& L, int x) {
     }
 }
 
-// Halftone shrinking: each destination pixel is the mean of the source pixels it covers,
-// so that thin features of a large picture do not drop out between samples.
-void ShrinkAveraged(Target& t, const QRect& area, const unsigned char* bits, const DibLayout& L, int xS, int yS,
-                    int wS, int hS, bool mirrorX, bool mirrorY) {
-    const int dw = area.width(), dh = area.height();
-    std::vector<int> c0(static_cast<std::size_t>(dw)), c1(static_cast<std::size_t>(dw));
-    for (int i = 0; i < dw; ++i) {
-        c0[static_cast<std::size_t>(i)] = static_cast<int>(static_cast<long long>(i) * wS / dw);
-        c1[static_cast<std::size_t>(i)] = std::max(c0[static_cast<std::size_t>(i)] + 1,
-                                                   static_cast<int>(static_cast<long long>(i + 1) * wS / dw));
-    }
-    for (const QRect& c : t.rects) {
-        const QRect q = area & c;
-        if (q.isEmpty()) continue;
-        for (int y = q.top(); y <= q.bottom(); ++y) {
-            const int j = y - area.top();
-            const int v0 = static_cast<int>(static_cast<long long>(j) * hS / dh);
-            const int v1 = std::max(v0 + 1, static_cast<int>(static_cast<long long>(j + 1) * hS / dh));
-            std::uint32_t* d = t.Row(y);
-            for (int x = q.left(); x <= q.right(); ++x) {
-                const int i = x - area.left();
-                unsigned r = 0, g = 0, b = 0, n = 0;
-                for (int v = v0; v < v1; ++v) {
-                    const int vv = mirrorY ? hS - 1 - v : v;
-                    const unsigned char* row = RowAt(bits, L, L.bottomUp ? yS + hS - 1 - vv : yS + vv);
-                    if (!row) continue;
-                    for (int u = c0[static_cast<std::size_t>(i)]; u < c1[static_cast<std::size_t>(i)]; ++u) {
-                        const int sx = xS + (mirrorX ? wS - 1 - u : u);
-                        if (sx < 0 || sx >= L.width) continue;
-                        const std::uint32_t p = PixelAt(row, L, sx);
-                        r += (p >> 16) & 0xFF;
-                        g += (p >> 8) & 0xFF;
-                        b += p & 0xFF;
-                        ++n;
-                    }
-                }
-                if (n) d[x] = kAlpha | (((r + n / 2) / n) << 16) | (((g + n / 2) / n) << 8) | ((b + n / 2) / n);
-            }
-        }
-        t.Touch(q);
-    }
-}
-
 }  // namespace
 
 // Decodes a whole DIB into an RGB32 image (top row first); false on a bad header or a
@@ -187,11 +149,6 @@ int StretchDIBits(HDC hdc, int xD, int yD, int wD, int hD, int xS, int yS, int w
     }
     const Rop3 op(rop);
     const bool copy = op.table == 0xCC;
-    if (copy && dc->a.stretchMode == HALFTONE && (wS > dr.width() || hS > dr.height())) {
-        ShrinkAveraged(t, area, base, L, xS, yS, wS, hS, mirrorX, mirrorY);
-        Release(t);
-        return hS;
-    }
     std::vector<int> byteOff(cols.size());
     const int bytesPer = L.bpp >= 8 ? L.bpp / 8 : 0;
     for (std::size_t i = 0; i < cols.size(); ++i) byteOff[i] = cols[i] < 0 ? -1 : cols[i] * (bytesPer ? bytesPer : 1);

@@ -500,24 +500,31 @@ TEST(GdiDib, TwentyFourBitBlockStretchedBothWays) {
     EXPECT_EQ(small.Grid(), Rows({"rb"}));
 }
 
-TEST(GdiDib, HalftoneShrinkingAveragesWhatEachPixelCovers) {
-    // 4 x 2 to 2 x 1: each pixel covers a 2 x 2 square of the block.
+TEST(GdiDib, HalftoneSamplesTheNearestPixelLikeColorOnColor) {
+    // 4 x 2 to 2 x 1 and to 8 x 4: both modes pick the same pixels, shrinking or enlarging,
+    // so one-pixel features of an image keep their exact colour.
     const auto block = Block8(4, 2, {0, 1, 2, 2, 0, 1, 3, 3},
                               {RGB(200, 100, 0), RGB(0, 0, 0), RGB(255, 0, 0), RGB(0, 0, 255)});
-    Canvas cv(3, 1);
-    cv.dc.SetStretchBltMode(HALFTONE);
-    StretchDIBits(cv.dc.m_hDC, 0, 0, 2, 1, 0, 0, 4, 2, block.data() + 1064,
-                  reinterpret_cast<const BITMAPINFO*>(block.data()), DIB_RGB_COLORS, SRCCOPY);
-    EXPECT_EQ(cv.At(0, 0), RGB(100, 50, 0));    // two of (200,100,0), two black
-    EXPECT_EQ(cv.At(1, 0), RGB(128, 0, 128));   // two red, two blue, rounded
-    EXPECT_EQ(cv.At(2, 0), kWhite);
-    // Enlarging in this mode still repeats pixels exactly.
-    Canvas big(8, 4);
-    big.dc.SetStretchBltMode(HALFTONE);
-    StretchDIBits(big.dc.m_hDC, 0, 0, 8, 4, 0, 0, 4, 2, block.data() + 1064,
-                  reinterpret_cast<const BITMAPINFO*>(block.data()), DIB_RGB_COLORS, SRCCOPY);
-    EXPECT_EQ(big.At(0, 0), RGB(200, 100, 0));
-    EXPECT_EQ(big.At(7, 3), RGB(255, 0, 0));
+    const auto* info = reinterpret_cast<const BITMAPINFO*>(block.data());
+    for (const CSize size : {CSize(2, 1), CSize(8, 4), CSize(3, 2)}) {
+        std::vector<COLORREF> seen[2];
+        for (int m = 0; m < 2; ++m) {
+            Canvas cv(size.cx, size.cy);
+            cv.dc.SetStretchBltMode(m ? HALFTONE : COLORONCOLOR);
+            StretchDIBits(cv.dc.m_hDC, 0, 0, size.cx, size.cy, 0, 0, 4, 2, block.data() + 1064, info,
+                          DIB_RGB_COLORS, SRCCOPY);
+            for (int y = 0; y < size.cy; ++y)
+                for (int x = 0; x < size.cx; ++x) seen[m].push_back(cv.At(x, y));
+        }
+        EXPECT_EQ(seen[0], seen[1]) << size.cx << " x " << size.cy;
+    }
+    Canvas small(2, 1);
+    small.dc.SetStretchBltMode(HALFTONE);
+    StretchDIBits(small.dc.m_hDC, 0, 0, 2, 1, 0, 0, 4, 2, block.data() + 1064, info, DIB_RGB_COLORS, SRCCOPY);
+    // Pixel centres at 1/2 of the height and 1/4, 3/4 of the width: the bottom row (the
+    // block's first), columns 1 and 3.
+    EXPECT_EQ(small.At(0, 0), RGB(0, 0, 0));
+    EXPECT_EQ(small.At(1, 0), RGB(255, 0, 0));
 }
 
 TEST(GdiDib, ShortUnpaddedBlockIsNotReadPastItsEnd) {
