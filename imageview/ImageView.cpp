@@ -534,6 +534,8 @@ void CImageView::OnSize(UINT type, int cx, int cy)
 
 // Persistence -------------------------------------------------------------------------------------
 
+void CImageView::DoDataExchange(CDataExchange* dx) { CWnd::DoDataExchange(dx); }
+
 void CImageView::Serialize(CArchive& ar)
 {
     const UINT schema = orlex::SerializeVersion(ar, RUNTIME_CLASS(CImageView), 2, {1, 2});

@@ -195,6 +195,8 @@ public:
     // Persistence: version step (schema 2), the cursor list, the zoom list, the current
     // record, size, scan size, tooltip level and (schema 2) mode.
     void Serialize(CArchive& ar) override;
+    // The view has no controls of its own to exchange; the framework's exchange runs as is.
+    void DoDataExchange(CDataExchange* dx) override;
 
     // Process-wide settings.
     static COLORREF m_ScanLineColor;
