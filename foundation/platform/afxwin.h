@@ -17,6 +17,7 @@
 #include "foundation/platform/afxstr.h"
 #include "foundation/platform/wintypes.h"
 
+#include "foundation/platform/afxapp.h"
 #include "foundation/platform/afxobj.h"
 
 class CWnd;
@@ -41,7 +42,6 @@ struct TOOLINFOA;  // afxdlgs.h
 // Window procedure and callbacks -----------------------------------------------------------
 using WNDPROC = LRESULT (*)(HWND, UINT, WPARAM, LPARAM);
 using TIMERPROC = void (*)(HWND, UINT, UINT_PTR, DWORD);
-using AFX_THREADPROC = UINT (*)(LPVOID);
 
 // Resource names given by number (pointer shapes, menus, dialogs).
 #define ORLEX_INTRESOURCE(i) (reinterpret_cast<LPCSTR>(static_cast<ULONG_PTR>(static_cast<WORD>(i))))
@@ -1362,53 +1362,5 @@ struct AFX_CTLCOLOR {
 };
 
 // Threads -------------------------------------------------------------------------------------
-// A thread with a message queue. AfxBeginThread with a procedure runs it on a new thread;
-// the object deletes itself when the thread ends if m_bAutoDelete (default TRUE).
-class CWinThread : public CCmdTarget {
-public:
-    CWnd* m_pMainWnd = nullptr;
-    HANDLE m_hThread = nullptr;
-    DWORD m_nThreadID = 0;
-    BOOL m_bAutoDelete = TRUE;
-
-    CWinThread();
-    CWinThread(AFX_THREADPROC proc, LPVOID param);
-    ~CWinThread() override;
-    // Starts the thread (InitInstance, then Run, for a thread without procedure).
-    BOOL CreateThread(DWORD flags = 0, UINT stackSize = 0);
-    virtual BOOL InitInstance() { return FALSE; }
-    // The message loop: GetMessage, PreTranslateMessage, TranslateMessage, DispatchMessage
-    // until WM_QUIT; returns ExitInstance's code.
-    virtual int Run();
-    virtual int ExitInstance();
-    virtual BOOL PreTranslateMessage(MSG* msg);
-    virtual BOOL OnIdle(LONG count) { return FALSE; }
-    // Runs one message; FALSE when it was WM_QUIT.
-    virtual BOOL PumpMessage();
-    BOOL PostThreadMessage(UINT message, WPARAM wParam, LPARAM lParam);
-    // Lets a thread started with CREATE_SUSPENDED run; returns the previous suspend count.
-    DWORD ResumeThread();
-    CWnd* GetMainWnd() { return m_pMainWnd; }
-    // Waits for the thread to end; TRUE when it ended within the time (ms; -1 waits).
-    BOOL Join(DWORD timeoutMs = 0xFFFFFFFF);
-
-private:
-    friend struct CWinThreadAccess;
-    AFX_THREADPROC m_proc = nullptr;
-    LPVOID m_param = nullptr;
-    struct Impl;
-    Impl* m_impl = nullptr;
-};
-
-#ifndef CREATE_SUSPENDED
-#define CREATE_SUSPENDED 0x00000004
-#endif
-// Starts a worker thread running proc(param); the object is deleted when the thread ends
-// if m_bAutoDelete is still set then. To keep the object (and Join it), start the thread
-// with CREATE_SUSPENDED, clear m_bAutoDelete, then ResumeThread. Null on failure.
-CWinThread* AfxBeginThread(AFX_THREADPROC proc, LPVOID param, int priority = 0, UINT stackSize = 0,
-                           DWORD flags = 0, void* security = nullptr);
-// The thread object of the calling thread (made on first use for threads without one).
-CWinThread* AfxGetThread();
-// One message of the calling thread's loop; FALSE at WM_QUIT.
-BOOL AfxPumpMessage();
+// CWinThread, AfxBeginThread, AfxGetThread and AfxPumpMessage are declared with the
+// application object (afxapp.h); this layer runs their message loops.

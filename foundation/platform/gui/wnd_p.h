@@ -125,6 +125,8 @@ struct ThreadQueue {
 
 ThreadQueue* QueueOf(DWORD thread);  // under the lock; made on first use
 DWORD CurrentThread();
+// Gives CWinThread and CWinApp (afxapp.h) this layer's message loop.
+void InstallThreadLoop();
 // Wakes a thread waiting for messages (its condition, and the toolkit loop for the GUI thread).
 void WakeThread(ThreadQueue* q);
 // Posts an input message; the caller holds no lock.

@@ -137,7 +137,12 @@ void Retrieved(ThreadQueue* q, const MSG& m) {
 }  // namespace
 
 DWORD CurrentThread() {
-    if (!t_thread) t_thread = g_nextThread++;
+    if (!t_thread) {
+        // The thread objects' loop comes with the queues (and its part is linked with them).
+        static const bool loop = (InstallThreadLoop(), true);
+        (void)loop;
+        t_thread = g_nextThread++;
+    }
     return t_thread;
 }
 
