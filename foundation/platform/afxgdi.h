@@ -1147,6 +1147,18 @@ int SetDIBitsToDevice(HDC hdc, int xDest, int yDest, DWORD w, DWORD h, int xSrc,
 // (biSizeImage, biClrUsed) only. Returns the number of scan lines.
 int GetDIBits(HDC hdc, HBITMAP bmp, UINT start, UINT lines, void* bits, BITMAPINFO* info, UINT usage);
 int SetDIBits(HDC hdc, HBITMAP bmp, UINT start, UINT lines, const void* bits, const BITMAPINFO* info, UINT usage);
+// A bitmap whose pixels are also a block of memory the caller reads and writes at *bits:
+// 8 bits (colour table of biClrUsed entries, 0: 256), 24 or 32 bits, BI_RGB, rows padded to
+// 4 bytes, bottom-up when biHeight > 0. It selects into a memory context like any bitmap.
+// What the context draws shows in the block when the drawing call returns, and what the
+// caller wrote into the block is seen by the next drawing call on the bitmap (GetDIBits
+// and GetBitmapBits included): 32-bit top-down sections share the very memory, the others
+// are compared and copied at those call boundaries. 8-bit drawing takes the nearest colour
+// of the table. The block lives until DeleteObject. Null (and *bits null) for a bad header,
+// DIB_PAL_COLORS or a section handle. hdc is unused.
+HBITMAP CreateDIBSection(HDC hdc, const BITMAPINFO* info, UINT usage, void** bits, HANDLE section, DWORD offset);
+// Drawing is never batched here: every call has reached the bitmaps when it returns.
+inline BOOL GdiFlush() { return TRUE; }
 
 BOOL TextOutA(HDC hdc, int x, int y, LPCSTR s, int count);
 inline BOOL TextOut(HDC hdc, int x, int y, LPCSTR s, int count) { return TextOutA(hdc, x, y, s, count); }

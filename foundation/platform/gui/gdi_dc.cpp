@@ -209,6 +209,10 @@ bool Acquire(Dc& dc, Target& t) {
     case DcKind::Memory: {
         Bitmap* b = AsBitmap(dc.a.bitmap);
         if (!b) return false;
+        if (b->dib) {
+            DibPull(*b);
+            t.dib = b;
+        }
         t.img = &b->image;
         t.origin = QPoint(0, 0);
         visible = QRegion(b->image.rect());
@@ -246,6 +250,7 @@ bool Acquire(Dc& dc, Target& t) {
 
 void Release(Target& t) {
     if (t.window && !t.touched.isNull() && t.img) detail::SurfaceTouched(t.img, t.touched);
+    if (t.dib && !t.touched.isNull()) DibPush(*t.dib, t.touched);
 }
 
 // The device-coordinate clip of the context, without the window's own visibility.

@@ -20,6 +20,7 @@ struct Target {
     QRect bound;               // their bounding box
     bool window = false;       // a window surface: report touched pixels
     QRect touched;             // grows as pixels are written
+    Bitmap* dib = nullptr;     // a DIB section drawn on: its block follows at Release
 
     bool Contains(int ix, int iy) const {
         if (!bound.contains(ix, iy)) return false;

@@ -217,6 +217,11 @@ int GetObjectA(HANDLE h, int count, LPVOID buf) {
         bm.bmBitsPixel = static_cast<WORD>(b->bitsPixel);
         bm.bmWidthBytes = b->bitsPixel == 32 ? bm.bmWidth * 4 : ((bm.bmWidth * b->bitsPixel + 15) / 16) * 2;
         bm.bmBits = nullptr;
+        if (b->dib) {
+            // A DIB section tells where its block is and how its rows are laid out.
+            bm.bmWidthBytes = b->dib->stride;
+            bm.bmBits = b->dib->bits;
+        }
         return give(&bm, sizeof bm);
     }
     case Kind::Palette: {
@@ -347,6 +352,7 @@ static int DdbPitch(int w, int bpp) { return bpp == 32 ? w * 4 : ((w * bpp + 15)
 LONG GetBitmapBits(HBITMAP bmp, LONG count, LPVOID bits) {
     Bitmap* b = AsBitmap(bmp);
     if (!b || count < 0) return 0;
+    DibPull(*b);
     const int w = b->image.width(), h = b->image.height();
     const int pitch = DdbPitch(w, b->bitsPixel);
     const LONG total = static_cast<LONG>(pitch) * h;
@@ -388,6 +394,7 @@ LONG GetBitmapBits(HBITMAP bmp, LONG count, LPVOID bits) {
 LONG SetBitmapBits(HBITMAP bmp, DWORD count, const void* bits) {
     Bitmap* b = AsBitmap(bmp);
     if (!b || !bits) return 0;
+    DibPull(*b);
     const int w = b->image.width(), h = b->image.height();
     const int pitch = DdbPitch(w, b->bitsPixel);
     const auto* in = static_cast<const unsigned char*>(bits);
@@ -411,6 +418,7 @@ LONG SetBitmapBits(HBITMAP bmp, DWORD count, const void* bits) {
         }
         done += pitch;
     }
+    DibPush(*b, b->image.rect());
     return done;
 }
 

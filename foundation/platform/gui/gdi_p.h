@@ -7,9 +7,11 @@
 #include <QImage>
 #include <QRegion>
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "foundation/platform/afxgdi.h"
@@ -53,8 +55,25 @@ struct Font : Object {
     LOGFONTA lf{};
 };
 
+// The caller's side of a DIB section: its memory and how to read it. Unless `shared`
+// (32-bit top-down: the bitmap's image is a view of `bits`), `shadow` holds the block as it
+// was at the last exchange with the image, so that changes the caller made are found.
+struct DibSection {
+    std::unique_ptr<unsigned char[]> store;  // owns the block
+    unsigned char* bits = nullptr;
+    int bitsPixel = 32;
+    int stride = 0;       // bytes a row
+    bool topDown = false;
+    bool shared = false;
+    std::uint32_t colours[256] = {};  // 8 bits: the table as RGB32 pixels
+    int colourCount = 0;
+    std::vector<unsigned char> shadow;
+    std::vector<std::pair<std::uint32_t, unsigned char>> nearestCache;  // 8 bits: colour -> index, recent first
+};
+
 struct Bitmap : Object {
     Bitmap() : Object(Kind::Bitmap) {}
+    std::unique_ptr<DibSection> dib;  // before image: the image may view its memory
     QImage image;      // Format_RGB32, the pixels
     int bitsPixel = 32;  // what the creator asked for (1 for monochrome)
     SIZE dimension{0, 0};
@@ -96,6 +115,12 @@ void DropTempWrappers(void* handle);
 
 // A bitmap of w x h pixels (at least 1x1), black.
 Bitmap* NewBitmap(int w, int h, int bitsPixel);
+// DIB sections: brings into the image the rows of the block the caller changed since the
+// last exchange; writes the image's rows of `rows` (image coordinates) into the block.
+// Both do nothing for a bitmap that is no section; a section sharing its memory is only
+// checked to still share it.
+void DibPull(Bitmap& b);
+void DibPush(Bitmap& b, const QRect& rows);
 // Counts a selection of the object into a context (+1) or out of it (-1); an object deleted
 // while selected is freed when the last context lets it go.
 void NoteSelected(Object* o, int delta);
