@@ -19,7 +19,8 @@ CMAKE_FLAGS := -DCMAKE_BUILD_TYPE=$(BUILD_TYPE)
 endif
 
 PACKAGES := cmake make g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
-            qt6-base-dev libgl-dev fontconfig fonts-liberation2 fonts-dejavu-core
+            qt6-base-dev libgl-dev fontconfig fonts-liberation2 fonts-dejavu-core \
+            xvfb xauth
 FUZZ_PACKAGES := clang libclang-rt-dev
 
 .PHONY: all deps build test demo bench install fuzz clean
