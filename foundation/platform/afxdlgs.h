@@ -56,14 +56,16 @@ struct CHOOSECOLORA {
     COLORREF* lpCustColors = nullptr;  // 16 entries, read and written
     DWORD Flags = 0;
     LPARAM lCustData = 0;
-    LPCCHOOKPROC lpfnHook = nullptr;   // the dialog has no window of the layer: not called
+    LPCCHOOKPROC lpfnHook = nullptr;   // with CC_ENABLEHOOK: the dialog window's messages
     LPCSTR lpTemplateName = nullptr;
 };
 using CHOOSECOLOR = CHOOSECOLORA;
 using LPCHOOSECOLOR = CHOOSECOLORA*;
 
 // Asks for a colour. TRUE with rgbResult set when one was chosen; FALSE on Cancel or a
-// null/short structure. Without CC_RGBINIT the dialog starts from black.
+// null/short structure. Without CC_RGBINIT the dialog starts from black. With
+// CC_ENABLEHOOK the hook gets the dialog's window first (WM_INITDIALOG, lParam = cc), also
+// when the answer is scripted; the window is gone when ChooseColor returns.
 BOOL ChooseColorA(CHOOSECOLORA* cc);
 inline BOOL ChooseColor(CHOOSECOLORA* cc) { return ChooseColorA(cc); }
 
@@ -209,8 +211,8 @@ struct tagPDA {
     WORD nCopies = 1;
     HINSTANCE hInstance = nullptr;
     LPARAM lCustData = 0;
-    LPPRINTHOOKPROC lpfnPrintHook = nullptr;  // not called
-    LPPRINTHOOKPROC lpfnSetupHook = nullptr;
+    LPPRINTHOOKPROC lpfnPrintHook = nullptr;  // with PD_ENABLEPRINTHOOK: the dialog window's messages
+    LPPRINTHOOKPROC lpfnSetupHook = nullptr;  // the same with PD_PRINTSETUP and PD_ENABLESETUPHOOK
     LPCSTR lpPrintTemplateName = nullptr;
     LPCSTR lpSetupTemplateName = nullptr;
     HGLOBAL hPrintTemplate = nullptr;
@@ -251,7 +253,8 @@ public:
 
 // Shows the print dialog (or, with PD_RETURNDEFAULT, takes the default printer silently).
 // TRUE when a printer was chosen; hDevMode/hDevNames then hold its settings and names, and
-// hDC is made with PD_RETURNDC.
+// hDC is made with PD_RETURNDC. An enabled hook gets the dialog's window first
+// (WM_INITDIALOG, lParam = pd), also when the answer is scripted.
 BOOL PrintDlgA(PRINTDLGA* pd);
 inline BOOL PrintDlg(PRINTDLGA* pd) { return PrintDlgA(pd); }
 

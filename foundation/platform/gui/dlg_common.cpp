@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "foundation/platform/afxdlgs.h"
+#include "foundation/platform/gui/dlg_hook_p.h"
 #include "foundation/platform/gui/dlg_modal_p.h"
 
 namespace {
@@ -89,6 +90,11 @@ BOOL ChooseColorA(CHOOSECOLORA* cc) {
     char text[16];
     std::snprintf(text, sizeof text, "0x%08X", start);
     orlex::ModalRecord req{"ColorDialog", text, cc->Flags, 0, {}};
+    // The platform's dialog in its two widths: the basic colours alone, or with the mixer.
+    const SIZE size{(cc->Flags & CC_FULLOPEN) ? 454 : 228, 326};
+    orlex::detail::HookedDialogWindow window(cc->hwndOwner, "Color", size,
+                                             (cc->Flags & CC_ENABLEHOOK) ? cc->lpfnHook : nullptr,
+                                             reinterpret_cast<LPARAM>(cc));
     orlex::ModalAnswer answer = orlex::ModalScript::Ask(req, orlex::ModalAnswer{-1, {}});
     if (answer.value < 0 || answer.value > 0xFFFFFF) return FALSE;
     cc->rgbResult = static_cast<COLORREF>(answer.value);

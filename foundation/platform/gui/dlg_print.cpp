@@ -3,6 +3,7 @@
 
 #include "foundation/platform/afxdlgs.h"
 #include "foundation/platform/globalmem.h"
+#include "foundation/platform/gui/dlg_hook_p.h"
 #include "foundation/platform/gui/dlg_modal_p.h"
 
 // Print -----------------------------------------------------------------------------------
@@ -87,6 +88,12 @@ BOOL PrintDlgA(PRINTDLGA* pd) {
     if (!(pd->Flags & PD_RETURNDEFAULT)) {
         orlex::detail::InstallModalPresenters();
         orlex::ModalRecord req{"PrintDialog", printer, pd->Flags, 0, {}};
+        const bool setup = (pd->Flags & PD_PRINTSETUP) != 0;
+        LPPRINTHOOKPROC hook = setup ? ((pd->Flags & PD_ENABLESETUPHOOK) ? pd->lpfnSetupHook : nullptr)
+                                     : ((pd->Flags & PD_ENABLEPRINTHOOK) ? pd->lpfnPrintHook : nullptr);
+        orlex::detail::HookedDialogWindow window(pd->hwndOwner, setup ? "Print Setup" : "Print",
+                                                 SIZE{setup ? 434 : 426, setup ? 280 : 344}, hook,
+                                                 reinterpret_cast<LPARAM>(pd));
         orlex::ModalAnswer answer = orlex::ModalScript::Ask(req, orlex::ModalAnswer{IDCANCEL, {}});
         if (answer.value != IDOK) return FALSE;
         if (!answer.text.empty()) printer = answer.text;
