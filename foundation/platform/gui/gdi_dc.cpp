@@ -12,6 +12,7 @@
 #include <unordered_set>
 
 #include "foundation/platform/gui/gdi_dc_p.h"
+#include "foundation/platform/gui/gdi_printers_p.h"
 #include "foundation/platform/gui/surface_p.h"
 #include "foundation/platform/gui/wnd_p.h"
 
@@ -141,6 +142,8 @@ HDC NewScreenDc() {
 }
 
 HDC NewPrinterDc(const char* device, const DEVMODEA* dm) {
+    // Only a printer that is there gives a context.
+    if (device && !IsKnownPrinter(QuerySystemPrinters(), device)) return nullptr;
     Dc* dc = NewDc(DcKind::Printer);
     dc->print = NewPrintJob(device, dm);
     return RegisterDc(dc);

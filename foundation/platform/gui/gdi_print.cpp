@@ -1,7 +1,8 @@
 // Printing: a printer context draws each page into a page image of the printer's resolution
 // (the same pixel rules as the screen), and EndPage puts the page into a PDF document
-// through the toolkit's printer. The default printer is that PDF writer; its resolution,
-// paper and output place are settings of the process.
+// through the toolkit's printer, or sends it to a printer of the system. The printer "PDF"
+// (the default when the system lists no printer) writes the files; its resolution, paper
+// and output place are settings of the process.
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -9,11 +10,15 @@
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPrinter>
+#include <QPrinterInfo>
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <mutex>
 
 #include "foundation/platform/gui/gdi_dc_p.h"
+#include "foundation/platform/gui/gdi_printers_p.h"
 
 namespace orlex {
 namespace {
@@ -60,6 +65,54 @@ bool LastPrintedPage(std::vector<DWORD>& pixels, int& width, int& height) {
 
 namespace orlex::gdi {
 
+std::string PickDefaultPrinter(const SystemPrinters& printers) {
+    if (printers.names.empty()) return kPdfPrinter;
+    if (IsSystemPrinter(printers, printers.defaultName)) return printers.defaultName;
+    return printers.names.front();
+}
+
+bool IsSystemPrinter(const SystemPrinters& printers, const std::string& name) {
+    return !name.empty() && std::find(printers.names.begin(), printers.names.end(), name) != printers.names.end();
+}
+
+bool IsKnownPrinter(const SystemPrinters& printers, const std::string& name) {
+    return name == kPdfPrinter || IsSystemPrinter(printers, name);
+}
+
+const SystemPrinters& QuerySystemPrinters() {
+    static const SystemPrinters printers = [] {
+        NeedApplication();
+        SystemPrinters p;
+        for (const QString& n : QPrinterInfo::availablePrinterNames()) {
+            const std::string name = n.toStdString();
+            // A system printer named like the layer's own would be unreachable: left out.
+            if (!name.empty() && name != kPdfPrinter) p.names.push_back(name);
+        }
+        p.defaultName = QPrinterInfo::defaultPrinterName().toStdString();
+        return p;
+    }();
+    return printers;
+}
+
+namespace {
+
+// What a system printer offers by default, in the settings' terms; false for "PDF".
+bool SystemPrinterDefaults(const std::string& name, orlex::PrinterSettings& s) {
+    if (!IsSystemPrinter(QuerySystemPrinters(), name)) return false;
+    const QPrinterInfo info = QPrinterInfo::printerInfo(QString::fromStdString(name));
+    if (info.isNull()) return false;
+    const QSizeF mm = info.defaultPageSize().size(QPageSize::Millimeter);
+    if (mm.width() >= 10 && mm.height() >= 10) {
+        s.paperWidth = static_cast<int>(std::lround(mm.width() * 10));
+        s.paperHeight = static_cast<int>(std::lround(mm.height() * 10));
+    }
+    const QList<int> dpis = info.supportedResolutions();
+    if (!dpis.isEmpty()) s.dpi = std::clamp(*std::max_element(dpis.begin(), dpis.end()), 36, 1200);
+    s.colour = info.defaultColorMode() == QPrinter::Color;
+    return true;
+}
+}  // namespace
+
 PrintJob::~PrintJob() {
     if (painter && painter->isActive()) painter->end();
 }
@@ -67,7 +120,8 @@ PrintJob::~PrintJob() {
 std::unique_ptr<PrintJob> NewPrintJob(const char* device, const DEVMODEA* dm) {
     auto job = std::make_unique<PrintJob>();
     job->settings = GetPrinterSettings();
-    job->device = device ? device : "PDF";
+    job->device = device ? device : PickDefaultPrinter(QuerySystemPrinters());
+    SystemPrinterDefaults(job->device, job->settings);
     PrinterSettings& s = job->settings;
     if (dm) {
         if ((dm->dmFields & DM_ORIENTATION) && dm->dmOrientation) s.landscape = dm->dmOrientation == DMORIENT_LANDSCAPE;
@@ -115,10 +169,18 @@ int StartDocA(HDC hdc, const DOCINFOA* info) {
     if (!dc || dc->print->docStarted) return SP_ERROR;
     NeedApplication();
     PrintJob& job = *dc->print;
-    job.outputFile = OutputFor(job.settings, info ? info->lpszDocName : nullptr, info ? info->lpszOutput : nullptr);
+    const bool toFile = info && info->lpszOutput && *info->lpszOutput;
     job.printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
-    job.printer->setOutputFormat(QPrinter::PdfFormat);
-    job.printer->setOutputFileName(QString::fromStdString(job.outputFile));
+    if (IsSystemPrinter(QuerySystemPrinters(), job.device) && !toFile) {
+        // The system's printer gets the pages; no file is written.
+        job.outputFile.clear();
+        job.printer->setPrinterName(QString::fromStdString(job.device));
+        job.printer->setOutputFormat(QPrinter::NativeFormat);
+    } else {
+        job.outputFile = OutputFor(job.settings, info ? info->lpszDocName : nullptr, info ? info->lpszOutput : nullptr);
+        job.printer->setOutputFormat(QPrinter::PdfFormat);
+        job.printer->setOutputFileName(QString::fromStdString(job.outputFile));
+    }
     job.printer->setResolution(job.settings.dpi);
     job.printer->setFullPage(true);
     job.printer->setColorMode(job.settings.colour ? QPrinter::Color : QPrinter::GrayScale);
@@ -177,7 +239,7 @@ int EndDoc(HDC hdc) {
     job.painter.reset();
     job.printer.reset();
     job.docStarted = false;
-    if (ok && job.anyPage) {
+    if (ok && job.anyPage && !job.outputFile.empty()) {
         std::lock_guard lock(orlex::g_mu);
         orlex::g_documents.push_back(job.outputFile);
     }
@@ -192,7 +254,7 @@ int AbortDoc(HDC hdc) {
     job.painter.reset();
     job.printer.reset();
     // Nothing of an abandoned document is kept.
-    QFile::remove(QString::fromStdString(job.outputFile));
+    if (!job.outputFile.empty()) QFile::remove(QString::fromStdString(job.outputFile));
     job.docStarted = job.pageStarted = false;
     job.page = QImage();
     return 1;
@@ -203,12 +265,16 @@ namespace {
 struct PrinterHandle {
     std::string name;
 };
-constexpr const char* kDefaultPrinter = "PDF";
+
 }  // namespace
 
 BOOL OpenPrinterA(LPSTR name, HANDLE* printer, void*) {
     if (!printer) return FALSE;
-    *printer = new PrinterHandle{name ? name : kDefaultPrinter};
+    *printer = nullptr;
+    const std::string want = name ? name : PickDefaultPrinter(QuerySystemPrinters());
+    // As the platform: a printer that isn't there can't be opened.
+    if (!IsKnownPrinter(QuerySystemPrinters(), want)) return FALSE;
+    *printer = new PrinterHandle{want};
     return TRUE;
 }
 
@@ -221,14 +287,15 @@ LONG DocumentPropertiesA(HWND, HANDLE printer, LPSTR device, DEVMODEA* out, cons
     if (!printer) return -1;
     if (mode == 0) return sizeof(DEVMODEA);
     DEVMODEA dm{};
-    const orlex::PrinterSettings s = orlex::GetPrinterSettings();
+    orlex::PrinterSettings s = orlex::GetPrinterSettings();
     const char* name = device ? device : static_cast<PrinterHandle*>(printer)->name.c_str();
+    const bool system = orlex::gdi::SystemPrinterDefaults(static_cast<PrinterHandle*>(printer)->name, s);
     std::strncpy(reinterpret_cast<char*>(dm.dmDeviceName), name, CCHDEVICENAME - 1);
     dm.dmSpecVersion = 0x401;
     dm.dmSize = sizeof(DEVMODEA);
     dm.dmFields = DM_ORIENTATION | DM_PAPERSIZE | DM_SCALE | DM_COPIES | DM_PRINTQUALITY | DM_COLOR;
     dm.dmOrientation = s.landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
-    dm.dmPaperSize = DMPAPER_A4;
+    dm.dmPaperSize = system && s.paperWidth == 2159 && s.paperHeight == 2794 ? DMPAPER_LETTER : DMPAPER_A4;
     dm.dmPaperWidth = static_cast<short>(s.paperWidth);
     dm.dmPaperLength = static_cast<short>(s.paperHeight);
     dm.dmScale = 100;
@@ -250,12 +317,13 @@ LONG DocumentPropertiesA(HWND, HANDLE printer, LPSTR device, DEVMODEA* out, cons
 
 BOOL GetDefaultPrinterA(LPSTR buffer, LPDWORD size) {
     if (!size) return FALSE;
-    const DWORD need = static_cast<DWORD>(std::strlen(kDefaultPrinter) + 1);
+    const std::string name = PickDefaultPrinter(QuerySystemPrinters());
+    const DWORD need = static_cast<DWORD>(name.size() + 1);
     if (!buffer || *size < need) {
         *size = need;
         return FALSE;
     }
-    std::memcpy(buffer, kDefaultPrinter, need);
+    std::memcpy(buffer, name.c_str(), need);
     *size = need;
     return TRUE;
 }

@@ -12,6 +12,7 @@
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/afxwin.h"
 #include "foundation/platform/globalmem.h"
+#include "foundation/platform/gui/gdi_printers_p.h"
 
 namespace {
 
@@ -191,6 +192,50 @@ TEST(GdiPrinters, DocumentPropertiesMergeTheCallersFields) {
     EXPECT_EQ(out.dmOrientation, DMORIENT_LANDSCAPE);
     EXPECT_TRUE(out.dmFields & DM_COLOR);
     EXPECT_TRUE(ClosePrinter(printer));
+}
+
+TEST(GdiPrinters, TheSystemsDefaultPrinterElseItsFirstElsePdf) {
+    using orlex::gdi::SystemPrinters;
+    struct Case { SystemPrinters system; const char* want; };
+    const Case cases[] = {
+        {{{}, ""}, "PDF"},
+        {{{}, "Gone"}, "PDF"},                       // a default the system no longer lists
+        {{{"Laser", "Ink"}, "Ink"}, "Ink"},
+        {{{"Laser", "Ink"}, ""}, "Laser"},
+        {{{"Laser", "Ink"}, "Gone"}, "Laser"},
+    };
+    for (const Case& c : cases) EXPECT_EQ(orlex::gdi::PickDefaultPrinter(c.system), c.want) << c.system.defaultName;
+    const SystemPrinters two{{"Laser", "Ink"}, "Ink"};
+    struct Known { const char* name; bool known, system; };
+    const Known names[] = {{"PDF", true, false}, {"Laser", true, true}, {"laser", false, false}, {"", false, false}};
+    for (const Known& k : names) {
+        EXPECT_EQ(orlex::gdi::IsKnownPrinter(two, k.name), k.known) << k.name;
+        EXPECT_EQ(orlex::gdi::IsSystemPrinter(two, k.name), k.system) << k.name;
+    }
+}
+
+TEST(GdiPrinters, OnlyPrintersThatAreThereOpen) {
+    orlex::EnsureApplication();
+    char name[256] = {};
+    DWORD size = sizeof name;
+    ASSERT_TRUE(GetDefaultPrinterA(name, &size));
+    // Headless machines list no printer of their own: the PDF writer is the default.
+    EXPECT_EQ(std::string(name), orlex::gdi::PickDefaultPrinter(orlex::gdi::QuerySystemPrinters()));
+    if (orlex::gdi::QuerySystemPrinters().names.empty()) EXPECT_STREQ(name, "PDF");
+    HANDLE printer = reinterpret_cast<HANDLE>(1);
+    char missing[] = "No such printer";
+    EXPECT_FALSE(OpenPrinterA(missing, &printer, nullptr));
+    EXPECT_EQ(printer, nullptr);
+    EXPECT_EQ(CreateDCA("WINSPOOL", missing, nullptr, nullptr), nullptr);
+    // No name: the default printer.
+    ASSERT_TRUE(OpenPrinterA(nullptr, &printer, nullptr));
+    DEVMODEA dm{};
+    ASSERT_EQ(DocumentPropertiesA(nullptr, printer, nullptr, &dm, nullptr, DM_OUT_BUFFER), IDOK);
+    EXPECT_STREQ(reinterpret_cast<const char*>(dm.dmDeviceName), name);
+    EXPECT_TRUE(ClosePrinter(printer));
+    HDC dc = CreateDCA("WINSPOOL", name, nullptr, nullptr);
+    EXPECT_NE(dc, nullptr);
+    DeleteDC(dc);
 }
 
 }  // namespace
