@@ -319,7 +319,16 @@ LRESULT EditProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
         return 0;
     case WM_GETDLGCODE: {
         LRESULT code = DLGC_HASSETSEL | DLGC_WANTCHARS | DLGC_WANTARROWS;
-        if (StyleOf(hwnd) & ES_MULTILINE) code |= DLGC_WANTALLKEYS;
+        const DWORD style = StyleOf(hwnd);
+        if (style & ES_MULTILINE) {
+            code |= DLGC_WANTALLKEYS;
+            // In a dialog, Escape cancels and Return (without ES_WANTRETURN) presses the
+            // default button.
+            const MSG* m = reinterpret_cast<const MSG*>(lp);
+            if (m && m->message == WM_KEYDOWN &&
+                (m->wParam == VK_ESCAPE || (m->wParam == VK_RETURN && !(style & ES_WANTRETURN))))
+                code &= ~static_cast<LRESULT>(DLGC_WANTALLKEYS);
+        }
         return code;
     }
     case WM_SETFOCUS: {
@@ -393,7 +402,8 @@ LRESULT EditProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
             return 0;
         }
         if (ch == VK_RETURN) {
-            if ((style & ES_MULTILINE) && (style & ES_WANTRETURN)) Insert(hwnd, s, "\r\n");
+            // ES_WANTRETURN only decides who gets Return in a dialog; what reaches here breaks the line.
+            if (style & ES_MULTILINE) Insert(hwnd, s, "\r\n");
             return 0;
         }
         if (ch < 32 && ch != '\t') return 0;

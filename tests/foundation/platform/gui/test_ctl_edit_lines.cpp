@@ -115,6 +115,26 @@ TEST_F(EditLines, ScrollCaretBringsTheCaretsLineIntoView) {
     EXPECT_EQ(edit.GetFirstVisibleLine(), 0);
 }
 
+TEST_F(EditLines, DialogGetsReturnUnlessTheEditWantsIt) {
+    struct Case { DWORD style; WPARAM key; bool wantsAll; };
+    const Case cases[] = {
+        {ES_MULTILINE, VK_RETURN, false},        {ES_MULTILINE | ES_WANTRETURN, VK_RETURN, true},
+        {ES_MULTILINE | ES_WANTRETURN, VK_ESCAPE, false}, {ES_MULTILINE, 'A', true},
+        {ES_MULTILINE, VK_TAB, true},            {0, VK_RETURN, false},
+    };
+    for (const Case& c : cases) {
+        CEdit edit;
+        ASSERT_TRUE(edit.Create(WS_VISIBLE | c.style, CRect(10, 10, 110, 60), &host, 31));
+        MSG m{edit.m_hWnd, WM_KEYDOWN, c.key, 0, 0, {}};
+        const LRESULT code = edit.SendMessage(WM_GETDLGCODE, c.key, reinterpret_cast<LPARAM>(&m));
+        EXPECT_EQ((code & DLGC_WANTALLKEYS) != 0, c.wantsAll) << std::hex << c.style << " key " << c.key;
+        // Outside a dialog Return breaks the line of any multi-line edit.
+        edit.SendMessage(WM_CHAR, VK_RETURN);
+        EXPECT_EQ(Text(edit), (c.style & ES_MULTILINE) ? "\r\n" : "") << std::hex << c.style;
+        edit.DestroyWindow();
+    }
+}
+
 TEST_F(EditLines, SelectionIsDrawnOnEachLineItTouches) {
     CEdit edit;
     Make(edit, ES_AUTOVSCROLL, 3);
