@@ -950,7 +950,9 @@ public:
     CSize TabbedTextOut(int x, int y, const CString& s, int tabs, const INT* tabStops, int tabOrigin)
     { return TabbedTextOut(x, y, s.GetString(), s.GetLength(), tabs, tabStops, tabOrigin); }
     // count -1: up to the NUL. Returns the height of the text (the rectangle's new size with
-    // DT_CALCRECT, which draws nothing).
+    // DT_CALCRECT, which draws nothing). Unless DT_NOPREFIX, "&x" draws x underlined (one
+    // row below the baseline; DT_HIDEPREFIX: not underlined, DT_PREFIXONLY: the underline
+    // alone) and "&&" draws "&".
     int DrawText(LPCSTR s, int count, LPRECT r, UINT format);
     int DrawText(const CString& s, LPRECT r, UINT format) { return DrawText(s.GetString(), s.GetLength(), r, format); }
     CSize GetTextExtent(LPCSTR s, int count) const;
