@@ -17,6 +17,7 @@
 #include "foundation/platform/codepage.h"
 #include "foundation/platform/globalmem.h"
 #include "foundation/platform/process.h"
+#include "foundation/platform/kernel.h"
 #include "foundation/platform/profile.h"
 #include "foundation/platform/regmsg.h"
 #include "foundation/platform/resources.h"
@@ -26,6 +27,7 @@
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/afxmenu.h"
 #include "foundation/platform/afxdlgs.h"
+#include "foundation/platform/monitor.h"
 
 // Library frame and foundation.
 #include "foundation/OrlexUI.h"

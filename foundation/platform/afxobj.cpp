@@ -14,6 +14,9 @@ CRuntimeClass CException::classCException = {"CException", static_cast<int>(size
 CRuntimeClass CMemoryException::classCMemoryException = {"CMemoryException",
                                                          static_cast<int>(sizeof(CMemoryException)), 0xFFFF,
                                                          nullptr, RUNTIME_CLASS(CException), nullptr};
+CRuntimeClass CResourceException::classCResourceException = {"CResourceException",
+                                                             static_cast<int>(sizeof(CResourceException)), 0xFFFF,
+                                                             nullptr, RUNTIME_CLASS(CException), nullptr};
 
 namespace {
 
@@ -30,7 +33,8 @@ std::mutex& registryLock()
 
 const AFX_CLASSINIT g_initBase[] = {AFX_CLASSINIT(RUNTIME_CLASS(CObject)), AFX_CLASSINIT(RUNTIME_CLASS(CCmdTarget)),
                                     AFX_CLASSINIT(RUNTIME_CLASS(CException)),
-                                    AFX_CLASSINIT(RUNTIME_CLASS(CMemoryException))};
+                                    AFX_CLASSINIT(RUNTIME_CLASS(CMemoryException)),
+                                    AFX_CLASSINIT(RUNTIME_CLASS(CResourceException))};
 
 }  // namespace
 
@@ -151,4 +155,19 @@ BOOL CMemoryException::GetErrorMessage(char* text, UINT maxLen, UINT* helpContex
 void AfxThrowMemoryException()
 {
     throw new CMemoryException();
+}
+
+BOOL CResourceException::GetErrorMessage(char* text, UINT maxLen, UINT* helpContext) const
+{
+    if (helpContext)
+        *helpContext = 0;
+    if (!text || !maxLen)
+        return FALSE;
+    std::snprintf(text, maxLen, "%s", "A required resource was unavailable.");
+    return TRUE;
+}
+
+void AfxThrowResourceException()
+{
+    throw new CResourceException();
 }

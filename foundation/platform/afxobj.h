@@ -159,3 +159,15 @@ public:
 
 // Throws a new CMemoryException.
 [[noreturn]] void AfxThrowMemoryException();
+
+// A resource (a window class, a bitmap, a menu) could not be made or found.
+class CResourceException : public CException {
+public:
+    static CRuntimeClass classCResourceException;
+    static CRuntimeClass* GetThisClass() { return &classCResourceException; }
+    CRuntimeClass* GetRuntimeClass() const override { return &classCResourceException; }
+    BOOL GetErrorMessage(char* text, UINT maxLen, UINT* helpContext = nullptr) const override;
+};
+
+// Throws a new CResourceException; the catcher calls Delete() on it.
+[[noreturn]] void AfxThrowResourceException();

@@ -2,6 +2,7 @@
 // one pair of descriptors per thread (iconv descriptors carry state and are not shared).
 #include "foundation/platform/codepage.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cassert>
 #include <cerrno>
@@ -9,6 +10,8 @@
 #include <string>
 
 #include <iconv.h>
+
+#include "foundation/platform/process.h"
 
 namespace {
 
@@ -234,3 +237,146 @@ std::string Utf8ToAnsi(const std::string& text)
 }
 
 } // namespace orlex
+
+namespace {
+
+// UTF-8 -> UTF-16, with surrogate pairs above the basic plane; malformed bytes were already
+// replaced by the code page conversion, so each sequence here is whole.
+std::u16string Utf8ToUtf16(const std::string& s)
+{
+    std::u16string out;
+    out.reserve(s.size());
+    for (size_t i = 0; i < s.size();) {
+        const unsigned char b = static_cast<unsigned char>(s[i]);
+        char32_t c;
+        int n;
+        if (b < 0x80) { c = b; n = 1; }
+        else if ((b >> 5) == 6) { c = b & 0x1F; n = 2; }
+        else if ((b >> 4) == 14) { c = b & 0x0F; n = 3; }
+        else if ((b >> 3) == 30) { c = b & 0x07; n = 4; }
+        else { c = 0xFFFD; n = 1; }
+        if (i + n > s.size()) { c = 0xFFFD; n = static_cast<int>(s.size() - i); }
+        else
+            for (int k = 1; k < n; ++k) c = (c << 6) | (static_cast<unsigned char>(s[i + k]) & 0x3F);
+        i += static_cast<size_t>(n);
+        if (c >= 0x10000) {
+            c -= 0x10000;
+            out.push_back(static_cast<char16_t>(0xD800 + (c >> 10)));
+            out.push_back(static_cast<char16_t>(0xDC00 + (c & 0x3FF)));
+        } else {
+            out.push_back(static_cast<char16_t>(c));
+        }
+    }
+    return out;
+}
+
+// UTF-16 -> UTF-8; an unpaired surrogate becomes U+FFFD.
+std::string Utf16ToUtf8(const char16_t* s, size_t n)
+{
+    std::string out;
+    out.reserve(n);
+    for (size_t i = 0; i < n; ++i) {
+        char32_t c = s[i];
+        if (c >= 0xD800 && c < 0xDC00 && i + 1 < n && s[i + 1] >= 0xDC00 && s[i + 1] < 0xE000)
+            c = 0x10000 + ((c - 0xD800) << 10) + (s[++i] - 0xDC00);
+        else if (c >= 0xD800 && c < 0xE000)
+            c = 0xFFFD;
+        if (c < 0x80) out.push_back(static_cast<char>(c));
+        else if (c < 0x800) {
+            out.push_back(static_cast<char>(0xC0 | (c >> 6)));
+            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        } else if (c < 0x10000) {
+            out.push_back(static_cast<char>(0xE0 | (c >> 12)));
+            out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        } else {
+            out.push_back(static_cast<char>(0xF0 | (c >> 18)));
+            out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
+            out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        }
+    }
+    return out;
+}
+
+// Whether the conversions go through the current code page (false: UTF-8 as it is);
+// false in *ok for a code page this process cannot convert.
+bool ThroughAnsi(UINT codePage, bool* ok)
+{
+    *ok = true;
+    if (codePage == CP_UTF8) return GetACP() == CP_UTF8;
+    if (codePage == CP_ACP || codePage == CP_THREAD_ACP || codePage == GetACP()) return true;
+    *ok = false;
+    return false;
+}
+
+// Copies a converted text out as the platform's counting rules say.
+template <class Ch>
+int CopyOut(const std::basic_string<Ch>& text, Ch* dst, int dstLen)
+{
+    const int need = static_cast<int>(text.size());
+    if (dstLen == 0) return need;
+    if (!dst || dstLen < need) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return 0;
+    }
+    std::copy(text.begin(), text.end(), dst);
+    return need;
+}
+
+} // namespace
+
+int MultiByteToWideChar(UINT codePage, DWORD, const char* src, int srcLen, LPWSTR dst, int dstLen)
+{
+    bool ok;
+    const bool ansi = ThroughAnsi(codePage, &ok);
+    if (!ok || !src || srcLen == 0 || srcLen < -1 || dstLen < 0) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return 0;
+    }
+    // -1 counts the NUL too, as the platform does.
+    const size_t n = srcLen < 0 ? std::strlen(src) + 1 : size_t(srcLen);
+    std::string utf8 = ansi ? orlex::AnsiToUtf8(src, static_cast<int>(n)) : std::string(src, n);
+    return CopyOut(Utf8ToUtf16(utf8), dst, dstLen);
+}
+
+int WideCharToMultiByte(UINT codePage, DWORD, LPCWSTR src, int srcLen, char* dst, int dstLen, const char* defaultChar,
+                        BOOL* usedDefault)
+{
+    bool ok;
+    const bool ansi = ThroughAnsi(codePage, &ok);
+    if (!ok || !src || srcLen == 0 || srcLen < -1 || dstLen < 0) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return 0;
+    }
+    size_t n = 0;
+    if (srcLen < 0) {
+        while (src[n]) ++n;
+        ++n;
+    } else {
+        n = size_t(srcLen);
+    }
+    if (usedDefault) *usedDefault = FALSE;
+    if (!ansi) return CopyOut(Utf16ToUtf8(src, n), dst, dstLen);
+    // Character by character, so that a substitute can be told from a '?' of the text.
+    std::string out;
+    out.reserve(n);
+    for (size_t i = 0; i < n; ++i) {
+        const size_t len = (src[i] >= 0xD800 && src[i] < 0xDC00 && i + 1 < n) ? 2 : 1;
+        const std::string one = orlex::Utf8ToAnsi(Utf16ToUtf8(src + i, len));
+        i += len - 1;
+        if (one == "?" && src[i] != u'?') {
+            out.push_back(defaultChar ? *defaultChar : '?');
+            if (usedDefault) *usedDefault = TRUE;
+        } else {
+            out += one;
+        }
+    }
+    return CopyOut(out, dst, dstLen);
+}
+
+int _mbscmp(const unsigned char* a, const unsigned char* b)
+{
+    while (*a && *a == *b) ++a, ++b;
+    return int(*a) - int(*b);
+}

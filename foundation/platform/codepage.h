@@ -29,3 +29,27 @@ std::string AnsiToUtf8(const char* text, int length = -1);
 std::string Utf8ToAnsi(const std::string& text);
 
 } // namespace orlex
+
+// UTF-16 text as the platform's wide-character calls take it.
+using WCHAR = char16_t;
+using LPWSTR = WCHAR*;
+using LPCWSTR = const WCHAR*;
+
+constexpr UINT CP_ACP = 0;
+constexpr UINT CP_OEMCP = 1;
+constexpr UINT CP_THREAD_ACP = 3;
+constexpr UINT CP_UTF8 = 65001;
+
+// 8-bit text of `codePage` (CP_ACP and CP_THREAD_ACP: the current code page; CP_UTF8; or
+// the current code page's own number) -> UTF-16. srcLen -1: up to and with the NUL.
+// Returns the WCHARs written, or with dstLen 0 the number needed; 0 on failure with
+// GetLastError ERROR_INSUFFICIENT_BUFFER (too small) or ERROR_INVALID_PARAMETER.
+int MultiByteToWideChar(UINT codePage, DWORD flags, const char* src, int srcLen, LPWSTR dst, int dstLen);
+// UTF-16 -> 8-bit text of `codePage`, '?' for what it lacks (defaultChar and usedDefault
+// as the platform has them; usedDefault may be null). Counts as MultiByteToWideChar.
+int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR src, int srcLen, char* dst, int dstLen,
+                        const char* defaultChar, BOOL* usedDefault);
+
+// Compares two NUL-terminated multibyte strings byte by byte (unsigned): < 0, 0, > 0. Every
+// code page the library meets is single-byte or compares in byte order.
+int _mbscmp(const unsigned char* a, const unsigned char* b);
