@@ -238,49 +238,45 @@ HANDLE CreateFileA(LPCSTR name, DWORD access, DWORD, void*, DWORD disposition, D
     return reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(fd) + 1);
 }
 
-BOOL WriteFile(HANDLE file, LPCVOID data, DWORD count, LPDWORD done, void*)
+namespace {
+
+// Moves count bytes through `io` (read or write) until done, the end of the file, or an
+// error; interrupted calls are repeated.
+template <class Buffer, class Io>
+BOOL Transfer(HANDLE file, Buffer data, DWORD count, LPDWORD done, Io io, DWORD fault)
 {
     if (done) *done = 0;
     const int fd = FdOf(file);
     if (fd < 0) { SetLastError(ERROR_INVALID_HANDLE); return FALSE; }
     if (count && !data) { SetLastError(ERROR_INVALID_PARAMETER); return FALSE; }
-    const char* p = static_cast<const char*>(data);
     DWORD left = count;
     while (left) {
-        const ssize_t n = ::write(fd, p, left);
+        const ssize_t n = io(fd, data, left);
         if (n < 0) {
             if (errno == EINTR) continue;
-            SetLastError(ERROR_WRITE_FAULT);
+            SetLastError(fault);
             return FALSE;
         }
-        p += n;
+        if (n == 0) break;  // end of file: success with fewer bytes
+        data += n;
         left -= static_cast<DWORD>(n);
         if (done) *done += static_cast<DWORD>(n);
     }
     return TRUE;
 }
 
+}  // namespace
+
+BOOL WriteFile(HANDLE file, LPCVOID data, DWORD count, LPDWORD done, void*)
+{
+    return Transfer(file, static_cast<const char*>(data), count, done,
+                    [](int fd, const char* p, DWORD n) { return ::write(fd, p, n); }, ERROR_WRITE_FAULT);
+}
+
 BOOL ReadFile(HANDLE file, LPVOID data, DWORD count, LPDWORD done, void*)
 {
-    if (done) *done = 0;
-    const int fd = FdOf(file);
-    if (fd < 0) { SetLastError(ERROR_INVALID_HANDLE); return FALSE; }
-    if (count && !data) { SetLastError(ERROR_INVALID_PARAMETER); return FALSE; }
-    char* p = static_cast<char*>(data);
-    DWORD left = count;
-    while (left) {
-        const ssize_t n = ::read(fd, p, left);
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            SetLastError(ERROR_READ_FAULT);
-            return FALSE;
-        }
-        if (n == 0) break;  // end of file: success with fewer bytes
-        p += n;
-        left -= static_cast<DWORD>(n);
-        if (done) *done += static_cast<DWORD>(n);
-    }
-    return TRUE;
+    return Transfer(file, static_cast<char*>(data), count, done,
+                    [](int fd, char* p, DWORD n) { return ::read(fd, p, n); }, ERROR_READ_FAULT);
 }
 
 DWORD GetFileSize(HANDLE file, LPDWORD high)
