@@ -63,7 +63,16 @@ TEST_F(EditLines, ReturnBreaksTheLineAndArrowsWalkTheLines) {
         edit.GetSel(a, b);
         EXPECT_EQ(b, s.caret) << "key " << s.key;
     }
+    // The pointer picks the line by its height: a press at the second line's start, a drag
+    // back to the first line's start selects backwards across the break.
+    const int line1 = 1 + lineHeight + lineHeight / 2;
+    Click(edit.m_hWnd, POINT{1, line1});
+    edit.GetSel(a, b);
+    EXPECT_EQ(b, 4);
+    Drag(edit.m_hWnd, POINT{150, line1}, POINT{1, 1 + lineHeight / 2}, 3);
+    EXPECT_EQ(edit.SendMessage(EM_GETSEL), MAKELONG(0, 6));
     // Backspace at a line's start joins the lines.
+    Key(VK_DOWN);
     Key(VK_HOME);
     Key(VK_BACK);
     EXPECT_EQ(Text(edit), "abxy");
