@@ -1,5 +1,6 @@
 // Static texts and buttons: push, default push, check boxes, radio buttons and group boxes.
 #include <algorithm>
+#include <vector>
 
 #include "foundation/platform/gui/ctl_common_p.h"
 
@@ -99,9 +100,57 @@ bool ImageSize(const ButtonState& s, DWORD style, SIZE* size) {
     return true;
 }
 
+// Where the picture has ink, row by row: an icon where it covers, a bitmap where it is not
+// white (as the platform turns a picture monochrome).
+std::vector<bool> PictureInk(CDC* dc, const ButtonState& s, SIZE size) {
+    std::vector<bool> ink;
+    HDC mem = ::CreateCompatibleDC(dc->GetSafeHdc());
+    if (!mem) return ink;
+    HBITMAP canvas = ::CreateCompatibleBitmap(dc->GetSafeHdc(), size.cx, size.cy);
+    HGDIOBJ oldCanvas = canvas ? ::SelectObject(mem, canvas) : nullptr;
+    if (oldCanvas) {
+        const RECT all{0, 0, size.cx, size.cy};
+        ::FillRect(mem, &all, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
+        if (s.imageType == IMAGE_ICON) {
+            ::DrawIconEx(mem, 0, 0, static_cast<HICON>(s.image), size.cx, size.cy, 0, nullptr, DI_MASK);
+        } else if (HDC src = ::CreateCompatibleDC(mem)) {
+            if (HGDIOBJ old = ::SelectObject(src, s.image)) {
+                ::BitBlt(mem, 0, 0, size.cx, size.cy, src, 0, 0, SRCCOPY);
+                ::SelectObject(src, old);
+            }
+            ::DeleteDC(src);
+        }
+        ink.resize(static_cast<size_t>(size.cx) * size.cy);
+        for (int y = 0; y < size.cy; ++y)
+            for (int x = 0; x < size.cx; ++x) ink[static_cast<size_t>(y) * size.cx + x] = (::GetPixel(mem, x, y) & 0xFFFFFF) != 0xFFFFFF;
+        ::SelectObject(mem, oldCanvas);
+    }
+    if (canvas) ::DeleteObject(canvas);
+    ::DeleteDC(mem);
+    return ink;
+}
+
+// A disabled button's picture is embossed: its ink in the highlight colour one pixel down
+// and right, then in the shadow colour in place.
+void DrawDisabledImage(CDC* dc, const ButtonState& s, SIZE size, int x, int y) {
+    const std::vector<bool> ink = PictureInk(dc, s, size);
+    if (ink.empty()) return;
+    const COLORREF colours[2] = {::GetSysColor(COLOR_BTNHIGHLIGHT), ::GetSysColor(COLOR_BTNSHADOW)};
+    for (int pass = 0; pass < 2; ++pass) {
+        const int off = pass == 0 ? 1 : 0;
+        for (int j = 0; j < size.cy; ++j)
+            for (int i = 0; i < size.cx; ++i)
+                if (ink[static_cast<size_t>(j) * size.cx + i]) dc->FillSolidRect(x + i + off, y + j + off, 1, 1, colours[pass]);
+    }
+}
+
 // Draws the picture with its top-left corner at (x, y). A bitmap is copied as it is; an icon
 // blends over the face.
-void DrawImage(CDC* dc, const ButtonState& s, SIZE size, int x, int y) {
+void DrawImage(CDC* dc, const ButtonState& s, SIZE size, int x, int y, bool enabled) {
+    if (!enabled) {
+        DrawDisabledImage(dc, s, size, x, y);
+        return;
+    }
     if (s.imageType == IMAGE_ICON) {
         ::DrawIconEx(dc->GetSafeHdc(), x, y, static_cast<HICON>(s.image), size.cx, size.cy, 0, nullptr, DI_NORMAL);
         return;
@@ -117,10 +166,10 @@ void DrawImage(CDC* dc, const ButtonState& s, SIZE size, int x, int y) {
 }
 
 // The face's content, text or picture, centred in r.
-void DrawFaceContent(CDC* dc, const ButtonState& s, DWORD style, RECT r, const std::string& text) {
+void DrawFaceContent(CDC* dc, const ButtonState& s, DWORD style, RECT r, const std::string& text, bool enabled) {
     SIZE size{};
     if (ImageSize(s, style, &size)) {
-        DrawImage(dc, s, size, (r.left + r.right - size.cx) / 2, (r.top + r.bottom - size.cy) / 2);
+        DrawImage(dc, s, size, (r.left + r.right - size.cx) / 2, (r.top + r.bottom - size.cy) / 2, enabled);
         return;
     }
     dc->DrawText(text.c_str(), static_cast<int>(text.size()), &r, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
@@ -161,7 +210,7 @@ void PaintButton(HWND hwnd) {
             DrawButtonFace(dc, r, s.pushed || s.check == 1);
             RECT tr = r;
             if (s.pushed || s.check == 1) ::OffsetRect(&tr, 1, 1);
-            DrawFaceContent(dc, s, style, tr, text);
+            DrawFaceContent(dc, s, style, tr, text, enabled);
         } else {
             dc->FillSolidRect(&r, face);
             const int top = (r.top + r.bottom - kBox) / 2;
@@ -201,7 +250,7 @@ void PaintButton(HWND hwnd) {
             SIZE size{};
             if (ImageSize(s, style, &size)) {
                 // The picture stands where the text would, on the box's side of the rest.
-                DrawImage(dc, s, size, leftText ? tr.right - size.cx : tr.left, (r.top + r.bottom - size.cy) / 2);
+                DrawImage(dc, s, size, leftText ? tr.right - size.cx : tr.left, (r.top + r.bottom - size.cy) / 2, enabled);
             } else {
                 dc->DrawText(text.c_str(), static_cast<int>(text.size()), &tr,
                          (leftText ? DT_RIGHT : DT_LEFT) | DT_VCENTER | DT_SINGLELINE);
@@ -223,7 +272,7 @@ void PaintButton(HWND hwnd) {
         DrawButtonFace(dc, face3d, s.pushed);
         RECT tr = face3d;
         if (s.pushed) ::OffsetRect(&tr, 1, 1);
-        DrawFaceContent(dc, s, style, tr, text);
+        DrawFaceContent(dc, s, style, tr, text, enabled);
         if (s.focus) {
             RECT fr = face3d;
             ::InflateRect(&fr, -3, -3);

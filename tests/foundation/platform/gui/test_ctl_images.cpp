@@ -140,6 +140,24 @@ TEST_F(ButtonImages, CheckBoxPictureStandsWhereTheTextWould) {
     EXPECT_EQ(CRect(Extent(left.m_hWnd, kRed)), CRect(70 - 13 - 4 - 8, 7, 70 - 13 - 4, 13));
 }
 
+TEST_F(ButtonImages, DisabledPictureIsEmbossed) {
+    CButton b;
+    ASSERT_TRUE(b.Create("", WS_VISIBLE | WS_DISABLED | BS_PUSHBUTTON | BS_BITMAP, CRect(10, 10, 70, 40), &host, 27));
+    b.SetBitmap(red);
+    Pump();
+    // No colour of its own: its shape in the shadow colour where it stands, and the
+    // highlight showing one pixel further down and right.
+    EXPECT_EQ(Extent(b.m_hWnd, kRed).right, -1);
+    EXPECT_EQ(Pixel(b.m_hWnd, POINT{26, 12}), GetSysColor(COLOR_BTNSHADOW));
+    EXPECT_EQ(Pixel(b.m_hWnd, POINT{33, 17}), GetSysColor(COLOR_BTNSHADOW));
+    EXPECT_EQ(Pixel(b.m_hWnd, POINT{34, 18}), GetSysColor(COLOR_BTNHIGHLIGHT));
+    EXPECT_EQ(Pixel(b.m_hWnd, POINT{27, 18}), GetSysColor(COLOR_BTNHIGHLIGHT));
+    EXPECT_EQ(Pixel(b.m_hWnd, POINT{25, 12}), GetSysColor(COLOR_BTNFACE));
+    b.EnableWindow(TRUE);
+    Pump();
+    EXPECT_EQ(CRect(Extent(b.m_hWnd, kRed)), CRect(26, 12, 34, 18));
+}
+
 TEST_F(ButtonImages, SetImageAnswersTheOldHandle) {
     CButton b;
     ASSERT_TRUE(b.Create("", WS_VISIBLE | BS_PUSHBUTTON | BS_BITMAP, CRect(10, 10, 50, 30), &host, 26));
