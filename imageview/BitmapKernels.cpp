@@ -167,8 +167,6 @@ __attribute__((target("avx512f,avx512dq,avx512bw,avx512vbmi"))) void Fit24Values
     const __m512d low = _mm512_set1_pd(plan.low);
     const __m512d factor = _mm512_set1_pd(plan.factor);
     const __m512d last = _mm512_set1_pd(plan.lastStep);
-    const __m512i top = _mm512_set1_epi32(int(plan.top));
-    const __m512i one = _mm512_set1_epi32(1);
     const __m512i riseOfPair = _mm512_set1_epi32(0x0001FFFF);  // words -1, +1
     const __m512i nearCarry = _mm512_set1_epi32(int(0xFFFFFF00u));
     const __m512i middleBits = _mm512_set1_epi32(0x00FFFF00);
@@ -190,6 +188,15 @@ __attribute__((target("avx512f,avx512dq,avx512bw,avx512vbmi"))) void Fit24Values
         addRedIndex[3 * p + 1] = static_cast<unsigned char>(3 * p + 1);
         addRedIndex[3 * p + 2] = static_cast<unsigned char>(64 + 4 * p);
     }
+    // Byte 4 of each 64-bit step (its span, below 256) to bytes 0 and 2 of a 32-bit lane.
+    alignas(64) unsigned char spanBytesIndex[64] = {};
+    for (int p = 0; p < 16; ++p) {
+        spanBytesIndex[4 * p] = static_cast<unsigned char>(8 * p + 4);
+        spanBytesIndex[4 * p + 2] = static_cast<unsigned char>(8 * p + 4);
+    }
+    const __m512i spanBytes = _mm512_load_si512(spanBytesIndex);
+    const __m512i topPair = _mm512_set1_epi32(int(plan.top * 0x10001u));
+    const __m512i nextOfPair = _mm512_set1_epi32(0x10000);
     const __m512i highHalves = _mm512_load_si512(highIndex);
     const __m512i lowHalves = _mm512_load_si512(lowIndex);
     const __m512i blueGreen = _mm512_load_si512(blueGreenIndex);
@@ -202,13 +209,14 @@ __attribute__((target("avx512f,avx512dq,avx512bw,avx512vbmi"))) void Fit24Values
                                                factor, last);
         const __m512i stepsHi = TruncatedSteps(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i + 8)), low,
                                                factor, last);
-        __m512i span = _mm512_permutex2var_epi32(stepsLo, highHalves, stepsHi);
+        const __m512i span = _mm512_permutex2var_epi32(stepsLo, highHalves, stepsHi);
         const __m512i l = _mm512_permutex2var_epi32(stepsLo, lowHalves, stepsHi);
         __mmask16 unsure = _mm512_cmpge_epu32_mask(l, nearCarry);
         const __m512i restHigh = _mm512_srli_epi32(_mm512_add_epi32(l, span), 8);
-        span = _mm512_min_epu32(span, top);  // the remainder stays as it is
-        // Both ends of the span in one index: q in byte 0, q + 1 in byte 2.
-        const __m512i ends = _mm512_or_si512(span, _mm512_slli_epi32(_mm512_add_epi32(span, one), 16));
+        // Both ends of the span in one index: q in byte 0, q + 1 in byte 2, the span
+        // limited to the top one (the remainder stays as it is).
+        const __m512i spanTwice = _mm512_maskz_permutex2var_epi8(0x5555555555555555ull, stepsLo, spanBytes, stepsHi);
+        const __m512i ends = _mm512_add_epi32(_mm512_min_epu16(spanTwice, topPair), nextOfPair);
         const __mmask64 upperHalf = _mm512_movepi8_mask(ends);
         __m512i channel[3];
         for (int c = 0; c < 3; ++c) {
