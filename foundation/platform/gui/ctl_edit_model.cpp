@@ -84,6 +84,7 @@ int EditModel::Snap(int p) const {
 void EditModel::PlaceCaret(int pos, bool extend) {
     m_caret = Snap(pos);
     if (!extend) m_anchor = m_caret;
+    assert(Snap(m_caret) == m_caret && m_anchor >= 0 && m_anchor <= static_cast<int>(m_text.size()));
 }
 
 void EditModel::MoveLeft(bool extend) {

@@ -7,6 +7,7 @@
 // that differ from the copy taken at the last exchange are converted into the image; when
 // the call releases it, the rows it touched are converted back into the block.
 #include <algorithm>
+#include <cassert>
 #include <cstring>
 
 #include "foundation/platform/gui/gdi_dc_p.h"
@@ -102,6 +103,7 @@ void DibPull(Bitmap& b) {
     }
     const int w = b.image.width(), h = b.image.height();
     const size_t rowBytes = static_cast<size_t>(d->stride);
+    assert(d->shadow.size() == rowBytes * static_cast<size_t>(h));
     for (int row = 0; row < h; ++row) {
         const unsigned char* src = d->bits + row * rowBytes;
         unsigned char* seen = d->shadow.data() + row * rowBytes;
@@ -122,6 +124,7 @@ void DibPush(Bitmap& b, const QRect& rows) {
     if (area.isEmpty()) return;
     const int h = b.image.height();
     const size_t rowBytes = static_cast<size_t>(d->stride);
+    assert(d->shadow.size() == rowBytes * static_cast<size_t>(h));
     for (int y = area.top(); y <= area.bottom(); ++y) {
         const int row = ImageRow(*d, y, h);  // the mapping is its own inverse
         unsigned char* dst = d->bits + row * rowBytes;
