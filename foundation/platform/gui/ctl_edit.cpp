@@ -60,6 +60,26 @@ int VisibleLines(HWND hwnd, HFONT font) {
     return std::max(1, (static_cast<int>(r.bottom - r.top) - kTopMargin) / std::max(1, LineHeight(font)));
 }
 
+// Several lines without ES_AUTOHSCROLL wrap at the client width (less the margins).
+bool Wraps(HWND hwnd) {
+    const DWORD style = StyleOf(hwnd);
+    return (style & ES_MULTILINE) && !(style & ES_AUTOHSCROLL);
+}
+
+// Tells the model how wide its lines may be, before anything asks it about lines.
+void SyncWrap(HWND hwnd, EditState& s) {
+    if (!Multi(hwnd)) return;
+    if (!Wraps(hwnd)) {
+        s.model.SetWrap(0, nullptr, 0);
+        return;
+    }
+    RECT r;
+    ::GetClientRect(hwnd, &r);
+    HFONT font = FontOr(s.font);
+    s.model.SetWrap(std::max(1, static_cast<int>(r.right - r.left) - 2 * kMargin), WidthIn(font),
+                    static_cast<long long>(reinterpret_cast<INT_PTR>(font)));
+}
+
 // The first line shown, kept within the text.
 void ClampTopLine(EditState& s) { s.topLine = std::max(0, std::min(s.topLine, s.model.LineCount() - 1)); }
 
@@ -102,6 +122,10 @@ void KeepCaretVisible(HWND hwnd, EditState& s) {
         if (line >= s.topLine + visible) s.topLine = line - visible + 1;
         ClampTopLine(s);
         caretX = s.model.XOf(s.model.Caret(), WidthIn(font));
+        if (Wraps(hwnd)) {
+            s.scrollX = 0;  // wrapped lines never reach past the right edge
+            return;
+        }
     } else {
         const std::string shown = Shown(hwnd, s.model.Text());
         caretX = TextWidth(font, shown.substr(0, static_cast<size_t>(s.model.Caret())));
@@ -126,8 +150,8 @@ void PaintLines(HWND hwnd, EditState& s, CDC* dc, HFONT font, const RECT& r) {
     const COLORREF textColour = ::GetSysColor(enabled ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
     const COLORREF selFill = ::GetSysColor(COLOR_HIGHLIGHT), selText = ::GetSysColor(COLOR_HIGHLIGHTTEXT);
     const int count = s.model.LineCount();
-    int start = s.model.LineStart(s.topLine);
     for (int line = s.topLine, y = r.top + kTopMargin; line < count && y < r.bottom; ++line, y += h) {
+        const int start = s.model.LineStart(line);
         const int len = s.model.LineLength(line);
         const std::string piece = text.substr(static_cast<size_t>(start), static_cast<size_t>(len));
         std::vector<int> widths = PrefixWidths(hwnd, font, piece);
@@ -142,11 +166,8 @@ void PaintLines(HWND hwnd, EditState& s, CDC* dc, HFONT font, const RECT& r) {
             dc->TextOut(sel.left, y, piece.c_str() + a, b - a);
         }
         if (s.focus && line == caretLine)
-            dc->FillSolidRect(x0 + widths[static_cast<size_t>(s.model.Caret() - start)], y, 1, h, ::GetSysColor(COLOR_WINDOWTEXT));
-        // The next line starts after this one's break ("\r\n" or "\n").
-        start += len;
-        if (start < static_cast<int>(text.size()) && text[static_cast<size_t>(start)] == '\r') ++start;
-        ++start;
+            dc->FillSolidRect(x0 + widths[static_cast<size_t>(std::min(s.model.Caret() - start, len))], y, 1, h,
+                              ::GetSysColor(COLOR_WINDOWTEXT));
     }
 }
 
@@ -282,6 +303,11 @@ bool ShiftDown() { return ::GetKeyState(VK_SHIFT) < 0; }
 }  // namespace
 
 LRESULT EditProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
+    // Only an edit whose text is known has lines to wrap (the state is made at WM_CREATE).
+    if (msg != WM_NCDESTROY) {
+        EditState* known = g_edits.Find(hwnd);
+        if (known && known->synced) SyncWrap(hwnd, *known);
+    }
     switch (msg) {
     case WM_NCDESTROY:
         g_edits.Erase(hwnd);

@@ -8,6 +8,7 @@ namespace orlex::detail {
 
 void EditModel::SetText(const std::string& text) {
     m_text = text;
+    Changed();
     m_anchor = m_caret = 0;
     m_canUndo = false;
 }
@@ -39,6 +40,7 @@ bool EditModel::ReplaceSel(const std::string& text, bool keepUndo) {
     if (put.empty() && s == e) return false;
     if (keepUndo) Remember();
     m_text.replace(static_cast<size_t>(s), static_cast<size_t>(e - s), put);
+    Changed();
     m_anchor = m_caret = s + static_cast<int>(put.size());
     assert(m_caret <= static_cast<int>(m_text.size()));
     return true;
@@ -54,6 +56,7 @@ bool EditModel::Backspace() {
     }
     Remember();  // before anything moves, so that undo puts the caret back too
     m_text.erase(static_cast<size_t>(s), static_cast<size_t>(e - s));
+    Changed();
     m_anchor = m_caret = s;
     return true;
 }
@@ -69,6 +72,7 @@ bool EditModel::DeleteForward() {
     }
     Remember();
     m_text.erase(static_cast<size_t>(s), static_cast<size_t>(e - s));
+    Changed();
     m_anchor = m_caret = s;
     return true;
 }
@@ -103,31 +107,74 @@ void EditModel::MoveRight(bool extend) {
     PlaceCaret(m_caret + (crlf ? 2 : 1), extend);
 }
 
-int EditModel::LineCount() const { return 1 + static_cast<int>(std::count(m_text.begin(), m_text.end(), '\n')); }
+void EditModel::SetWrap(int width, const TextWidthFn& measure, long long key) {
+    width = measure ? std::max(0, width) : 0;
+    if (width == m_wrapWidth && key == m_wrapKey && static_cast<bool>(m_measure) == static_cast<bool>(measure)) return;
+    m_wrapWidth = width;
+    m_wrapKey = key;
+    m_measure = measure;
+    Changed();
+}
+
+const std::vector<EditModel::Line>& EditModel::Lines() const {
+    if (m_linesValid) return m_lines;
+    m_lines.clear();
+    const int n = static_cast<int>(m_text.size());
+    int at = 0;
+    for (;;) {
+        // One hard line: [at, end) before its break.
+        const size_t nl = m_text.find('\n', static_cast<size_t>(at));
+        const int brk = nl == std::string::npos ? n : static_cast<int>(nl);
+        const int end = (brk > at && brk < n && m_text[static_cast<size_t>(brk) - 1] == '\r') ? brk - 1 : brk;
+        int from = at;
+        while (m_wrapWidth > 0 && from < end &&
+               m_measure(m_text.substr(static_cast<size_t>(from), static_cast<size_t>(end - from))) > m_wrapWidth) {
+            // The most characters that fit (widths grow with length), at least one.
+            int lo = 1, hi = end - from;
+            while (lo < hi) {
+                const int mid = (lo + hi + 1) / 2;
+                if (m_measure(m_text.substr(static_cast<size_t>(from), static_cast<size_t>(mid))) <= m_wrapWidth) lo = mid;
+                else hi = mid - 1;
+            }
+            int cut = from + lo;
+            // Words stay whole: the line ends after the last blank that fits, blanks after
+            // it stay on this line.
+            if (m_text[static_cast<size_t>(cut)] != ' ') {
+                int blank = cut;
+                while (blank > from && m_text[static_cast<size_t>(blank) - 1] != ' ') --blank;
+                if (blank > from) cut = blank;
+            }
+            while (cut < end && m_text[static_cast<size_t>(cut)] == ' ') ++cut;
+            m_lines.push_back({from, cut - from});
+            from = cut;
+        }
+        // What is left after the last wrap; an empty hard line is a line of its own.
+        if (from < end || from == at) m_lines.push_back({from, end - from});
+        if (nl == std::string::npos) break;
+        at = static_cast<int>(nl) + 1;
+    }
+    m_linesValid = true;
+    return m_lines;
+}
+
+int EditModel::LineCount() const { return static_cast<int>(Lines().size()); }
 
 int EditModel::LineOf(int pos) const {
     pos = Clamp(pos);
-    return static_cast<int>(std::count(m_text.begin(), m_text.begin() + pos, '\n'));
+    const std::vector<Line>& lines = Lines();
+    // The last line starting at or before pos.
+    auto it = std::upper_bound(lines.begin(), lines.end(), pos, [](int p, const Line& l) { return p < l.start; });
+    return std::max(0, static_cast<int>(it - lines.begin()) - 1);
 }
 
 int EditModel::LineStart(int line) const {
-    if (line < 0) return -1;
-    size_t at = 0;
-    for (int i = 0; i < line; ++i) {
-        const size_t nl = m_text.find('\n', at);
-        if (nl == std::string::npos) return -1;
-        at = nl + 1;
-    }
-    return static_cast<int>(at);
+    const std::vector<Line>& lines = Lines();
+    return line < 0 || line >= static_cast<int>(lines.size()) ? -1 : lines[static_cast<size_t>(line)].start;
 }
 
 int EditModel::LineLength(int line) const {
-    const int start = LineStart(line);
-    if (start < 0) return 0;
-    size_t end = m_text.find('\n', static_cast<size_t>(start));
-    if (end == std::string::npos) return static_cast<int>(m_text.size()) - start;
-    if (end > static_cast<size_t>(start) && m_text[end - 1] == '\r') --end;
-    return static_cast<int>(end) - start;
+    const std::vector<Line>& lines = Lines();
+    return line < 0 || line >= static_cast<int>(lines.size()) ? 0 : lines[static_cast<size_t>(line)].length;
 }
 
 void EditModel::LineHome(bool extend) { PlaceCaret(LineStart(LineOf(m_caret)), extend); }
@@ -169,6 +216,7 @@ void EditModel::End(bool extend) { PlaceCaret(static_cast<int>(m_text.size()), e
 bool EditModel::Undo() {
     if (!m_canUndo) return false;
     std::swap(m_text, m_undoText);
+    Changed();
     std::swap(m_anchor, m_undoAnchor);
     std::swap(m_caret, m_undoCaret);
     m_anchor = Clamp(m_anchor);

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "foundation/platform/wintypes.h"
 
@@ -13,8 +14,9 @@ using TextWidthFn = std::function<int(const std::string&)>;
 
 // Text with a selection from anchor to caret (either order) and one level of undo.
 // Positions are byte offsets of the 8-bit text, 0..size. Lines end at "\r\n" (two
-// positions, the caret never between them) or a lone "\n"; with one line the model is
-// the single-line edit's.
+// positions, the caret never between them) or a lone "\n", and, when wrapping, where a
+// line grows wider than the wrap width: after the last blank that fits, else after the
+// last character that fits. With one line the model is the single-line edit's.
 class EditModel {
 public:
     const std::string& Text() const { return m_text; }
@@ -50,8 +52,12 @@ public:
     // to the position nearest the caret's present x; width measures a line's prefixes.
     void MoveLines(int lines, bool extend, const TextWidthFn& width);
 
-    // Lines: their count (at least 1), the line holding a position (0..size), where a line
-    // starts (-1 past the last line) and how long it is without its break.
+    // Wraps lines wider than width pixels as measured by `width` (0: no wrapping). `key`
+    // names the measure (the font): the lines are laid out again when it or width changes.
+    void SetWrap(int width, const TextWidthFn& measure, long long key);
+    // Lines: their count (at least 1), the line holding a position (0..size; a position
+    // where a wrapped line ends belongs to the next), where a line starts (-1 past the last
+    // line) and how long it is without its break.
     int LineCount() const;
     int LineOf(int pos) const;
     int LineStart(int line) const;
@@ -68,8 +74,19 @@ public:
     void EmptyUndo() { m_canUndo = false; }
 
 private:
+    struct Line {
+        int start, length;
+    };
     // A position moved out of the middle of a "\r\n" to the break's start.
     int Snap(int p) const;
+    // The lines, laid out again after the text or the wrap changed.
+    const std::vector<Line>& Lines() const;
+    void Changed() { m_linesValid = false; }
+    mutable std::vector<Line> m_lines;
+    mutable bool m_linesValid = false;
+    int m_wrapWidth = 0;
+    long long m_wrapKey = 0;
+    TextWidthFn m_measure;
     int Clamp(int p) const { return p < 0 ? 0 : (p > static_cast<int>(m_text.size()) ? static_cast<int>(m_text.size()) : p); }
     void Remember();
     std::string m_text;

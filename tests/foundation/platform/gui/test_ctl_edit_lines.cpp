@@ -144,6 +144,36 @@ TEST_F(EditLines, DialogGetsReturnUnlessTheEditWantsIt) {
     }
 }
 
+TEST_F(EditLines, WithoutSidewaysScrollLinesWrapAtTheEdge) {
+    CEdit wrapping, scrolling;
+    Make(wrapping, ES_AUTOVSCROLL, 5);
+    Make(scrolling, ES_AUTOVSCROLL | ES_AUTOHSCROLL, 5);
+    // Words of a width the client area holds four of, but not five.
+    CClientDC dc(&host);
+    CFont* old = dc.SelectObject(&font);
+    const int word = dc.GetTextExtent("word ", 5).cx;
+    dc.SelectObject(old);
+    const int room = 4 * word + word / 2;
+    for (CEdit* e : {&wrapping, &scrolling}) {
+        e->MoveWindow(10, 10, room + 4, 1 + 5 * lineHeight);
+        e->SetWindowText("word word word word word word");
+    }
+    EXPECT_EQ(wrapping.GetLineCount(), 2);
+    EXPECT_EQ(wrapping.LineIndex(1), 20);
+    EXPECT_EQ(wrapping.LineFromChar(22), 1);
+    EXPECT_EQ(scrolling.GetLineCount(), 1);
+    // Typing at the end moves the caret onto the wrapped line; the text has no new break.
+    wrapping.SetFocus();
+    wrapping.SetSel(29, 29);  // after the last word
+    TypeText(" word word word");
+    EXPECT_EQ(wrapping.GetLineCount(), 3);
+    int a = -1, b = -1;
+    wrapping.GetSel(a, b);
+    EXPECT_EQ(b, 44);
+    EXPECT_EQ(wrapping.LineFromChar(-1), 2);
+    EXPECT_EQ(Text(wrapping).find('\r'), std::string::npos);
+}
+
 TEST_F(EditLines, SelectionIsDrawnOnEachLineItTouches) {
     CEdit edit;
     Make(edit, ES_AUTOVSCROLL, 3);

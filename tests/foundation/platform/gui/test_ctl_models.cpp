@@ -199,6 +199,51 @@ TEST(EditModelMath, CaretStepsOverLineBreaksWhole) {
     EXPECT_EQ(m.XOf(11, tenEach), 0);
 }
 
+TEST(EditModelMath, WrappedLinesBreakAfterBlanks) {
+    const TextWidthFn tenEach = [](const std::string& t) { return 10 * static_cast<int>(t.size()); };
+    struct Line { int start, length; };
+    struct Case {
+        const char* text;
+        int width;  // pixels, ten a character
+        std::vector<Line> lines;
+    };
+    const Case cases[] = {
+        {"hello world", 60, {{0, 6}, {6, 5}}},               // the blank ends the first line
+        {"hello world", 110, {{0, 11}}},                     // fits exactly
+        {"a    b", 20, {{0, 5}, {5, 1}}},                    // blanks hang at the end
+        {"abcdefgh", 30, {{0, 3}, {3, 3}, {6, 2}}},          // no blank: cut where it fills
+        {"ab cdefgh", 40, {{0, 3}, {3, 4}, {7, 2}}},
+        {"one\r\ntwo three", 50, {{0, 3}, {5, 4}, {9, 5}}}, // hard breaks stay
+        {"x", 5, {{0, 1}}},                                  // at least a character a line
+        {"", 50, {{0, 0}}},
+    };
+    for (const Case& c : cases) {
+        EditModel m;
+        m.SetText(c.text);
+        m.SetWrap(c.width, tenEach, 1);
+        ASSERT_EQ(m.LineCount(), static_cast<int>(c.lines.size())) << c.text << " @" << c.width;
+        for (size_t i = 0; i < c.lines.size(); ++i) {
+            EXPECT_EQ(m.LineStart(static_cast<int>(i)), c.lines[i].start) << c.text << " line " << i;
+            EXPECT_EQ(m.LineLength(static_cast<int>(i)), c.lines[i].length) << c.text << " line " << i;
+        }
+    }
+    // Where a wrapped line ends the next one begins; editing lays the lines out again.
+    EditModel m;
+    m.SetText("hello world");
+    m.SetWrap(60, tenEach, 1);
+    EXPECT_EQ(m.LineOf(5), 0);
+    EXPECT_EQ(m.LineOf(6), 1);
+    m.SetSel(0, 6);
+    m.ReplaceSel("");
+    EXPECT_EQ(m.LineCount(), 1);
+    // A new width (or measure) is a new layout; width 0 stops wrapping.
+    m.SetText("hello world");
+    m.SetWrap(30, tenEach, 1);
+    EXPECT_EQ(m.LineCount(), 4);  // "hel" "lo " "wor" "ld"
+    m.SetWrap(0, tenEach, 1);
+    EXPECT_EQ(m.LineCount(), 1);
+}
+
 TEST(ListModelMath, SortedInsertFindAndSelectionFollow) {
     ListModel m;
     m.sorted = true;
