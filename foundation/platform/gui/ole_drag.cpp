@@ -277,6 +277,8 @@ DROPEFFECT COleDataSource::DoDragDrop(DWORD allowed, LPCRECT startRect, COleDrop
     s.allowed = allowed;
     s.source = source ? source : &standard;
     s.object.Attach(this, FALSE);
+    // The pointer now, as the platform takes it; a caller whose input may run ahead of
+    // the message being handled passes the rectangle about the press instead.
     POINT p0{};
     ::GetCursorPos(&p0);
     if (startRect) {
