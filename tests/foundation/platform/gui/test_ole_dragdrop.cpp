@@ -326,4 +326,78 @@ TEST_F(OleDrag, InputQueuedBeforeTheCallDrivesTheLoop) {
     orlex::test::Pump();
 }
 
+// A window that starts the drag from its own mouse-move handler, as a grid does, and is a
+// target itself: the drag runs inside the handler, the capture it held goes to the loop.
+class DragSourceWnd : public CWnd {
+public:
+    std::vector<std::string>* log = nullptr;
+    DROPEFFECT result = 0xFF;
+    int mode = 0;
+
+    void OnLButtonDown(UINT, CPoint) override { SetCapture(); }
+    void OnMouseMove(UINT flags, CPoint p) override {
+        if (!(flags & MK_LBUTTON) || mode != 0 || p.x < 25) return;
+        auto* source = new COleDataSource;
+        HGLOBAL h = GlobalAlloc(GMEM_MOVEABLE, 2);
+        std::memcpy(GlobalLock(h), "x", 2);
+        GlobalUnlock(h);
+        source->CacheGlobalData(CF_TEXT, h);
+        mode = 12;
+        g_inDrag = true;
+        result = source->DoDragDrop(DROPEFFECT_COPY | DROPEFFECT_MOVE);
+        g_inDrag = false;
+        log->push_back("returned " + std::to_string(result));
+        delete source;
+    }
+    void OnCaptureChanged(CWnd*) override {
+        log->push_back("capture changed");
+        if (mode == 12) mode = 0;
+    }
+    DECLARE_MESSAGE_MAP()
+};
+BEGIN_MESSAGE_MAP(DragSourceWnd, CWnd)
+    ON_WM_LBUTTONDOWN()
+    ON_WM_MOUSEMOVE()
+    ON_WM_CAPTURECHANGED()
+END_MESSAGE_MAP()
+
+TEST_F(OleDrag, DragStartedInAMouseHandlerOntoTheSameWindow) {
+    DragSourceWnd grid;
+    grid.log = &log;
+    ASSERT_TRUE(grid.CreateEx(0, nullptr, "grid", WS_POPUP | WS_VISIBLE, CRect(100, 400, 300, 600), nullptr, 0));
+    LogTarget target(log, "grid");
+    ASSERT_TRUE(target.Register(&grid));
+    orlex::SetModalLoopHook([&](CWnd*) {
+        MouseMove(grid.m_hWnd, POINT{60, 60});
+        MouseUp(grid.m_hWnd, POINT{60, 60});
+    });
+    MouseDown(grid.m_hWnd, POINT{20, 20});
+    MouseMove(grid.m_hWnd, POINT{30, 20});
+    EXPECT_EQ(grid.result, DROPEFFECT_MOVE);
+    EXPECT_EQ(grid.mode, 0);
+    EXPECT_EQ(log, (Log{"capture changed", "grid enter 60,60 1", "grid drop 60,60 2", "returned 2"}));
+    EXPECT_TRUE(target.inDragAlways);
+    EXPECT_EQ(::GetCapture(), nullptr);
+}
+
+TEST_F(OleDrag, TargetRevokedDuringTheDragHearsNoMore) {
+    struct Quitter : LogTarget {
+        using LogTarget::LogTarget;
+        DROPEFFECT OnDragOver(CWnd* wnd, COleDataObject* data, DWORD k, CPoint p) override {
+            const DROPEFFECT e = LogTarget::OnDragOver(wnd, data, k, p);
+            Revoke();
+            return e;
+        }
+    } target(log, "dst");
+    ASSERT_TRUE(target.Register(&dst));
+    const DROPEFFECT e = Drag([&] {
+        MouseMove(dst.m_hWnd, POINT{10, 20});
+        MouseMove(dst.m_hWnd, POINT{12, 20});
+        MouseMove(dst.m_hWnd, POINT{14, 20});
+        MouseUp(dst.m_hWnd, POINT{14, 20});
+    });
+    EXPECT_EQ(e, DROPEFFECT_NONE);
+    EXPECT_EQ(log, (Log{"dst enter 10,20 1", "dst over 12,20 1"}));
+}
+
 }  // namespace
