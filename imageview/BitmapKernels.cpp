@@ -9,7 +9,8 @@
 // The two hot loops have a plain form and, on x86 processors that have them, vector
 // forms chosen at run time (AVX2 for the scaling, AVX-512 for the interpolation). All
 // forms give bit-identical results: the same IEEE double operations in the same order,
-// no fused multiply-add, and integer steps only where they are exact.
+// no fused multiply-add, and integer steps only where they provably give the same
+// numbers (see Fit24ChannelExact and Fit24StepShort).
 #if (defined(__x86_64__) || defined(__i386__)) && (defined(__GNUC__) || defined(__clang__))
 #define ORLEX_HAVE_X86_PATHS 1
 #include <immintrin.h>
@@ -156,8 +157,8 @@ __attribute__((target("avx512f,avx512dq"))) inline __m512i TruncatedSteps(__m256
 //  - each channel is a +- floor(d * r / 4294967295) with d = |b - a| (Fit24ChannelExact),
 //    and floor(d * r / 4294967295) = (d * (r >> 8)) >> 24 unless bits 8..23 of that
 //    product are all set (Fit24StepShort).
-// A group of sixteen in which either exception may occur (about one in ten thousand
-// for steep tables) is left to the plain form. The table entries at both ends of each
+// A group of sixteen in which either exception may occur is left to the plain form:
+// about one group in two thousand on a scan image over the full range. The table entries at both ends of each
 // span come from registers by byte permutation (gathers are slow on some processors).
 __attribute__((target("avx512f,avx512dq,avx512bw,avx512vbmi"))) void Fit24ValuesAvx512(const int* src,
                                                                                         unsigned char* dst,
