@@ -38,6 +38,8 @@ namespace {
 constexpr std::uint32_t kTransparent = 0xFFFFFFFFu;
 constexpr std::uint32_t kOpaque = 0xFF000000u;
 constexpr std::uint32_t kRgb = 0x00FFFFFFu;
+// The most pixels a strip may have (256 MB of image): more is no image list but bad input.
+constexpr long long kMaxStripPixels = 1LL << 26;
 
 struct Lists {
     std::mutex mu;
@@ -56,19 +58,22 @@ ImageList* Find(HIMAGELIST h) {
 
 HBITMAP NewStrip(int w, int h, int bitsPixel, std::uint32_t fill) {
     Bitmap* b = NewBitmap(w, h, bitsPixel);
-    b->image.fill(fill);
+    if (!b->image.isNull()) b->image.fill(fill);
     return static_cast<HBITMAP>(Register(b));
 }
 
-// Widens a strip to `w` pixels, keeping its columns.
-void Widen(HBITMAP strip, int w, std::uint32_t fill) {
+// Widens a strip to `w` pixels, keeping its columns; false when memory runs out.
+bool Widen(HBITMAP strip, int w, std::uint32_t fill) {
     Bitmap* b = AsBitmap(strip);
-    if (!b || b->image.width() >= w) return;
+    if (!b) return false;
+    if (b->image.width() >= w) return true;
     QImage wider(w, b->image.height(), QImage::Format_RGB32);
+    if (wider.isNull()) return false;
     wider.fill(fill);
     const int bytes = b->image.width() * 4;
     for (int y = 0; y < wider.height(); ++y) std::memcpy(wider.scanLine(y), b->image.constScanLine(y), bytes);
     b->image = std::move(wider);
+    return true;
 }
 
 bool Reserve(ImageList& l, int images) {
@@ -76,9 +81,10 @@ bool Reserve(ImageList& l, int images) {
     int cap = l.capacity;
     while (cap < images) cap += l.grow;
     const long long w = static_cast<long long>(cap) * l.cx;
-    if (w > 1 << 24) return false;  // a strip no image list needs
-    Widen(l.image, static_cast<int>(w), kOpaque);
-    if (l.mask) Widen(l.mask, static_cast<int>(w), kTransparent);
+    if (w * l.cy > kMaxStripPixels) return false;
+    // The capacity grows only when both strips did (a wider image strip alone is harmless).
+    if (!Widen(l.image, static_cast<int>(w), kOpaque)) return false;
+    if (l.mask && !Widen(l.mask, static_cast<int>(w), kTransparent)) return false;
     l.capacity = cap;
     return true;
 }
@@ -155,9 +161,17 @@ HIMAGELIST ImageList_Create(int cx, int cy, UINT flags, int initial, int grow) {
     l->cy = cy;
     l->flags = flags;
     l->grow = std::max(1, grow);
-    l->capacity = std::clamp(initial, 1, (1 << 24) / cx);
+    l->capacity = static_cast<int>(std::clamp<long long>(initial, 1, kMaxStripPixels / (static_cast<long long>(cx) * cy)));
     l->image = NewStrip(l->capacity * cx, cy, 32, kOpaque);
     if (flags & ILC_MASK) l->mask = NewStrip(l->capacity * cx, cy, 1, kTransparent);
+    Bitmap* bi = AsBitmap(l->image);
+    Bitmap* bm = l->mask ? AsBitmap(l->mask) : nullptr;
+    if (!bi || bi->image.isNull() || (l->mask && (!bm || bm->image.isNull()))) {
+        if (l->image) DeleteObject(l->image);
+        if (l->mask) DeleteObject(l->mask);
+        delete l;
+        return nullptr;
+    }
     Lists& all = AllLists();
     std::lock_guard lock(all.mu);
     all.live.insert(l);
