@@ -1,13 +1,16 @@
 #include "imageview/BitmapKernels.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 #include "imageview/BitmapData.h"
 
 // The two hot loops have a plain form and, on x86 processors that have them, vector
-// forms chosen at run time (AVX2 for the scaling, AVX-512 for the interpolation). All
+// forms chosen at run time (AVX-512 or AVX2 for the scaling, AVX-512 for the
+// interpolation). All
 // forms give bit-identical results: the same IEEE double operations in the same order,
 // no fused multiply-add, and integer steps only where they provably give the same
 // numbers (see Fit24ChannelExact and Fit24StepShort).
@@ -85,6 +88,7 @@ void Fit24ValuesPlain(const int* src, unsigned char* dst, std::size_t n, const F
 #if ORLEX_HAVE_X86_PATHS
 
 bool g_useVector = true;
+bool g_useAvx512 = true;
 
 bool HasAvx2()
 {
@@ -125,7 +129,42 @@ bool HasAvx512()
 {
     static const bool has = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
                             __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vbmi");
-    return has && g_useVector;
+    return has && g_useVector && g_useAvx512;
+}
+
+// Sixteen values a step. The top is clamped in doubles, the bottom in integers: an x
+// below zero, below the 32-bit range or NaN (which the operand order carries through
+// the minimum) truncates to a negative int or to 0x80000000, and the maximum with 0 then
+// gives 0 for all of them, as the plain form does. The store keeps each int's low byte.
+// Runs longer than the caches go around them (a fresh block of a whole image would
+// otherwise be read in before it is overwritten); shorter ones stay in cache for the
+// reader that follows.
+__attribute__((target("avx512f"))) void ScaleValuesAvx512(const int* src, unsigned char* dst, std::size_t n,
+                                                          double low, double factor, double top)
+{
+    constexpr std::size_t kStreamFrom = std::size_t(4) << 20;
+    const bool stream = n >= kStreamFrom;
+    const __m512d vlow = _mm512_set1_pd(low);
+    const __m512d vfactor = _mm512_set1_pd(factor);
+    const __m512d vtop = _mm512_set1_pd(top);
+    // Streaming stores want 16-byte aligned places: the first few values go the plain way.
+    std::size_t i = stream ? std::min<std::size_t>(n, (16 - (reinterpret_cast<std::uintptr_t>(dst) & 15)) & 15) : 0;
+    ScaleValuesPlain(src, dst, i, low, factor, top);
+    for (; i + 16 <= n; i += 16) {
+        const __m256i* in = reinterpret_cast<const __m256i*>(src + i);
+        const __m512d a = _mm512_mul_pd(_mm512_sub_pd(_mm512_cvtepi32_pd(_mm256_loadu_si256(in)), vlow), vfactor);
+        const __m512d b = _mm512_mul_pd(_mm512_sub_pd(_mm512_cvtepi32_pd(_mm256_loadu_si256(in + 1)), vlow), vfactor);
+        const __m256i ia = _mm512_cvttpd_epi32(_mm512_min_pd(vtop, a));
+        const __m256i ib = _mm512_cvttpd_epi32(_mm512_min_pd(vtop, b));
+        const __m512i both = _mm512_inserti64x4(_mm512_castsi256_si512(ia), ib, 1);
+        const __m128i bytes = _mm512_cvtepi32_epi8(_mm512_max_epi32(both, _mm512_setzero_si512()));
+        if (stream)
+            _mm_stream_si128(reinterpret_cast<__m128i*>(dst + i), bytes);
+        else
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i), bytes);
+    }
+    if (stream) _mm_sfence();  // streamed bytes are ordered before whatever comes next
+    ScaleValuesPlain(src + i, dst + i, n - i, low, factor, top);
 }
 
 // Bytes 0 and 2 of each 32-bit lane of the result are table[bytes 0 and 2 of the lane's
@@ -253,6 +292,15 @@ void UseVectorKernels(bool use)
 #endif
 }
 
+void UseAvx512Kernels(bool use)
+{
+#if ORLEX_HAVE_X86_PATHS
+    g_useAvx512 = use;
+#else
+    (void)use;
+#endif
+}
+
 void ScaleValues(const int* src, unsigned char* dst, std::size_t n, double low, double factor, int levels)
 {
     if (levels < 1) {
@@ -260,6 +308,10 @@ void ScaleValues(const int* src, unsigned char* dst, std::size_t n, double low, 
         return;
     }
 #if ORLEX_HAVE_X86_PATHS
+    if (HasAvx512()) {
+        ScaleValuesAvx512(src, dst, n, low, factor, double(levels - 1));
+        return;
+    }
     if (HasAvx2()) {
         ScaleValuesAvx2(src, dst, n, low, factor, double(levels - 1));
         return;

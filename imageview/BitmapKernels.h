@@ -57,6 +57,9 @@ void Fit24Values(const int* src, unsigned char* dst, std::size_t n, const Fit24P
 // Whether the vector forms of the loops may be used where the processor has them
 // (default true). Tests switch them off to check the plain forms on the same machine.
 void UseVectorKernels(bool use);
+// Whether the AVX-512 forms may be used (default true); off, the scaling takes its AVX2
+// form where there is one, so that tests reach it on a processor that has both.
+void UseAvx512Kernels(bool use);
 
 // Sets the listed positions below `count` to index 255 (8-bit pixels).
 void MarkInvalid8(unsigned char* pixels, std::size_t count, const std::vector<int>& positions);

@@ -267,3 +267,41 @@ TEST(Fit24Loops, NullTableIsBlackAndShortRunsWork)
         ASSERT_EQ(RunFit(part, *plan, true, n % 5), RunFit(part, *plan, false, 0)) << n;
     }
 }
+
+TEST(ScaleLoops, VectorMatchesPlainOnLongUnalignedRuns)
+{
+    // Long enough for the streaming stores, started off their alignment, with values
+    // and limits that reach every clamp: below, above, beyond the 32-bit range and NaN.
+    std::mt19937 rng(33);
+    std::uniform_int_distribution<int> any(INT_MIN, INT_MAX);
+    std::vector<int> data((std::size_t(4) << 20) + 37);
+    for (int& v : data) v = any(rng);
+    data[0] = INT_MIN;
+    data[1] = INT_MAX;
+    struct Case {
+        double low, factor;
+        int levels;
+    } cases[] = {
+        {-2147483648.0, 256.0 / 4294967295.0, 256},
+        {-1e9, 255.0 / 2e9, 255},
+        {0.0, 300.0 / 1e9, 300},            // more levels than a byte: the low byte
+        {-1e6, 1e3, 256},                   // most values far outside the limits
+        {-INFINITY, 0.0, 256},              // every x NaN: index 0
+    };
+    for (const Case& c : cases) {
+        for (std::size_t offset : {std::size_t(0), std::size_t(5)}) {
+            // The widest vector form, then the AVX2 one.
+            std::vector<unsigned char> fast(data.size() + offset), narrower(data.size()), plain(data.size());
+            orlex::bitmap::ScaleValues(data.data(), fast.data() + offset, data.size(), c.low, c.factor, c.levels);
+            orlex::bitmap::UseAvx512Kernels(false);
+            orlex::bitmap::ScaleValues(data.data(), narrower.data(), data.size(), c.low, c.factor, c.levels);
+            orlex::bitmap::UseAvx512Kernels(true);
+            orlex::bitmap::UseVectorKernels(false);
+            orlex::bitmap::ScaleValues(data.data(), plain.data(), data.size(), c.low, c.factor, c.levels);
+            orlex::bitmap::UseVectorKernels(true);
+            ASSERT_EQ(std::memcmp(fast.data() + offset, plain.data(), plain.size()), 0)
+                << "low " << c.low << " factor " << c.factor << " levels " << c.levels << " offset " << offset;
+            ASSERT_EQ(narrower, plain) << "AVX2, low " << c.low << " factor " << c.factor << " levels " << c.levels;
+        }
+    }
+}
