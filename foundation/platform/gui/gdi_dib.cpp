@@ -245,6 +245,7 @@ int GetDIBits(HDC hdc, HBITMAP hbmp, UINT start, UINT lines, void* bits, BITMAPI
         h.biCompression = BI_RGB;
     }
     if (h.biBitCount != 8 && h.biBitCount != 24 && h.biBitCount != 32) return 0;
+    DibPull(*b);  // a DIB section's block may hold changes the image hasn't seen
     if (h.biWidth != w) h.biWidth = w;
     const bool bottomUp = h.biHeight >= 0;
     h.biHeight = bottomUp ? ht : -ht;
@@ -303,6 +304,7 @@ int SetDIBits(HDC hdc, HBITMAP hbmp, UINT start, UINT lines, const void* bits, c
     Bitmap* b = AsBitmap(hbmp);
     DibLayout L;
     if (!b || !bits || !ReadLayout(dc, info, usage, L)) return 0;
+    DibPull(*b);
     const int w = std::min(L.width, b->image.width());
     UINT done = 0;
     for (UINT k = 0; k < lines; ++k) {
@@ -314,6 +316,7 @@ int SetDIBits(HDC hdc, HBITMAP hbmp, UINT start, UINT lines, const void* bits, c
         for (int x = 0; x < w; ++x) d[x] = PixelAt(row, L, x);
         ++done;
     }
+    if (done) DibPush(*b, b->image.rect());  // and a DIB section's block follows the image
     return static_cast<int>(done);
 }
 

@@ -19,6 +19,7 @@
 
 #include "foundation/platform/gui/gdi_dc_p.h"
 #include "foundation/platform/gui/gdi_printers_p.h"
+#include "foundation/platform/profile.h"
 
 namespace orlex {
 namespace {
@@ -313,6 +314,15 @@ LONG DocumentPropertiesA(HWND, HANDLE printer, LPSTR device, DEVMODEA* out, cons
     }
     if ((mode & DM_OUT_BUFFER) && out) *out = dm;
     return IDOK;
+}
+
+void orlex::gdi::PublishDefaultPrinter() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        const std::string name = PickDefaultPrinter(QuerySystemPrinters());
+        const std::string port = name == kPdfPrinter ? "PDF:" : "CUPS:";
+        orlex::SetSystemProfileValue("windows", "device", (name + ",winspool," + port).c_str());
+    });
 }
 
 BOOL GetDefaultPrinterA(LPSTR buffer, LPDWORD size) {

@@ -24,5 +24,9 @@ bool IsKnownPrinter(const SystemPrinters& printers, const std::string& name);
 bool IsSystemPrinter(const SystemPrinters& printers, const std::string& name);
 // The system's printers, asked once per process (the toolkit's printer list).
 const SystemPrinters& QuerySystemPrinters();
+// Puts the default printer where the platform keeps it for programs that look it up: the
+// system profile's "windows" "device" value, "name,winspool,port". Once per process, when
+// the application object exists.
+void PublishDefaultPrinter();
 
 }  // namespace orlex::gdi

@@ -13,6 +13,7 @@
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/afxmenu.h"
 #include "foundation/platform/gui/dlg_modal_p.h"
+#include "foundation/platform/gui/gdi_printers_p.h"
 #include "foundation/platform/gui/wnd_p.h"
 
 IMPLEMENT_DYNAMIC(CWnd, CCmdTarget)
@@ -54,13 +55,15 @@ void EnsureApplication() {
     // Message boxes and common dialogs are shown for real when a display exists, however
     // the library was linked.
     detail::InstallModalPresenters();
-    if (QCoreApplication::instance()) return;
-    if (!std::getenv("QT_QPA_PLATFORM") && !std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY"))
-        setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    static int argc = 1;
-    static char name[] = "orlexui";
-    static char* argv[] = {name, nullptr};
-    new QApplication(argc, argv);
+    if (!QCoreApplication::instance()) {
+        if (!std::getenv("QT_QPA_PLATFORM") && !std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY"))
+            setenv("QT_QPA_PLATFORM", "offscreen", 0);
+        static int argc = 1;
+        static char name[] = "orlexui";
+        static char* argv[] = {name, nullptr};
+        new QApplication(argc, argv);
+    }
+    gdi::PublishDefaultPrinter();
 }
 
 bool IsHeadless() {

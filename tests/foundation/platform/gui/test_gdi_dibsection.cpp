@@ -153,6 +153,39 @@ TEST(GdiDibSection, WritesToTheBlockShowInReadsAndBlits) {
     }
 }
 
+TEST(GdiDibSection, GetAndSetDIBitsSeeTheBlock) {
+    orlex::EnsureApplication();
+    for (const Case& c : {Case{24, false}, Case{32, true}}) {
+        SCOPED_TRACE(Name(c));
+        const int w = 4, h = 2;
+        Info info = MakeInfo(w, c.topDown ? -h : h, c.bpp);
+        void* bits = nullptr;
+        HBITMAP bmp = CreateDIBSection(nullptr, info.get(), DIB_RGB_COLORS, &bits, nullptr, 0);
+        ASSERT_NE(bmp, nullptr);
+        const Block block{static_cast<unsigned char*>(bits), w, h, c.bpp, c.topDown};
+        CDC dc;
+        dc.CreateCompatibleDC(nullptr);
+        // Written into the block, read back through GetDIBits (32 bits, bottom-up rows).
+        block.Set(3, 0, kBlue);
+        BITMAPINFO read{};
+        read.bmiHeader = BITMAPINFOHEADER{40, w, h, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+        std::vector<unsigned char> got(static_cast<std::size_t>(w) * h * 4);
+        ASSERT_EQ(GetDIBits(dc.m_hDC, bmp, 0, h, got.data(), &read, DIB_RGB_COLORS), h);
+        const unsigned char* topRight = got.data() + (static_cast<std::size_t>(h - 1) * w + 3) * 4;
+        EXPECT_EQ(RGB(topRight[2], topRight[1], topRight[0]), kBlue);
+        // Set through SetDIBits (24 bits, bottom-up: the first row given is the bottom),
+        // seen in the block.
+        BITMAPINFO put{};
+        put.bmiHeader = BITMAPINFOHEADER{40, w, h, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+        std::vector<unsigned char> row(12, 0);
+        row[2] = 255;  // red at x 0
+        ASSERT_EQ(SetDIBits(dc.m_hDC, bmp, 0, 1, row.data(), &put, DIB_RGB_COLORS), 1);
+        EXPECT_EQ(block.Get(0, h - 1, info), kRed);
+        EXPECT_EQ(block.Get(3, 0, info), kBlue);  // the block's own write survived
+        DeleteObject(bmp);
+    }
+}
+
 TEST(GdiDibSection, TextAndLinesInTheBlockMatchAnOrdinaryBitmap) {
     orlex::EnsureApplication();
     const int w = 60, h = 24;

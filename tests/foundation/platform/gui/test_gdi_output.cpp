@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "foundation/platform/afxgdi.h"
+#include "foundation/platform/profile.h"
 #include "foundation/platform/afxwin.h"
 #include "foundation/platform/globalmem.h"
 #include "foundation/platform/gui/gdi_printers_p.h"
@@ -236,6 +237,12 @@ TEST(GdiPrinters, OnlyPrintersThatAreThereOpen) {
     HDC dc = CreateDCA("WINSPOOL", name, nullptr, nullptr);
     EXPECT_NE(dc, nullptr);
     DeleteDC(dc);
+    // Programs that look the default printer up in the system profile find it there, as
+    // "name,driver,port".
+    char device[256] = {};
+    GetProfileStringA("windows", "device", "", device, sizeof device);
+    EXPECT_EQ(std::string(device).substr(0, std::string(device).find(',')), name);
+    EXPECT_NE(std::string(device).find(",winspool,"), std::string::npos);
 }
 
 }  // namespace
