@@ -209,6 +209,8 @@ TEST(Fit24Loops, MatchTheRuleAtSpanBoundariesAndLimits)
         {100.0, -100.0},                               // reversed: factor 1
         {-2147483648.0, -2147483648.0 + 4278190079.00390625 - 1.0},  // factor exactly 256
         {12345.678, 9.87654321e8},
+        {-INFINITY, 0.0},                              // every x NaN: entry 0
+        {0.0, INFINITY},                               // factor 0
     };
     std::mt19937 rng(9);
     for (const Fit24Case& table : Tables()) {
