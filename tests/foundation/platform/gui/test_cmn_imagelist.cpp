@@ -257,8 +257,6 @@ TEST_F(ImageListTest, BadHandlesAndArgumentsFailQuietly) {
 }
 
 TEST_F(ImageListTest, HandleClassAttachDetach) {
-    CImageList* none = nullptr;
-    EXPECT_EQ(none->GetSafeHandle(), nullptr);
     EXPECT_FALSE(list.Create(4, 3, ILC_MASK, 1, 1));  // holds one already
     HIMAGELIST h = list.Detach();
     EXPECT_EQ(list.GetSafeHandle(), nullptr);
