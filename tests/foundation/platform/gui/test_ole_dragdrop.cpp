@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -185,30 +186,47 @@ TEST_F(OleDrag, LeavingOneTargetForAnotherAndChildPoints) {
     EXPECT_EQ(overNothing, ::LoadCursor(nullptr, IDC_NO));
 }
 
-TEST_F(OleDrag, EscapeCancelsWithLeave) {
+// Each way a drag over a target ends with nothing: the target hears enter, then leave.
+TEST_F(OleDrag, CancelledOrRefusedDragsLeaveTheTarget) {
+    const POINT at{10, 20};
+    struct Case {
+        const char* name;
+        DWORD allowed;
+        std::function<void()> after;  // once the pointer is over the target
+    } cases[] = {
+        {"Escape", DROPEFFECT_COPY | DROPEFFECT_MOVE,
+         [&] {
+             orlex::test::Key(VK_ESCAPE);
+             orlex::test::AdvanceClock(60);  // the loop polls the keys
+             MouseUp(dst.m_hWnd, at);
+         }},
+        {"another button", DROPEFFECT_COPY | DROPEFFECT_MOVE,
+         [&] {
+             MouseDown(dst.m_hWnd, at, orlex::test::Button::Right);
+             MouseUp(dst.m_hWnd, at);
+             MouseUp(dst.m_hWnd, at, orlex::test::Button::Right);
+         }},
+        // The target answers move, which the source does not allow.
+        {"effect not allowed", DROPEFFECT_COPY, [&] { MouseUp(dst.m_hWnd, at); }},
+        // Headless, the input ran out with the button still down: nobody could end it.
+        {"no more input", DROPEFFECT_COPY | DROPEFFECT_MOVE, [] {}},
+    };
     LogTarget target(log, "dst");
     ASSERT_TRUE(target.Register(&dst));
-    const DROPEFFECT e = Drag([&] {
-        MouseMove(dst.m_hWnd, POINT{10, 20});
-        orlex::test::Key(VK_ESCAPE);
-        orlex::test::AdvanceClock(60);
-        MouseUp(dst.m_hWnd, POINT{10, 20});
-    });
-    EXPECT_EQ(e, DROPEFFECT_NONE);
-    EXPECT_EQ(log, (Log{"dst enter 10,20 1", "dst leave"}));
-}
-
-TEST_F(OleDrag, AnotherButtonCancels) {
-    LogTarget target(log, "dst");
-    ASSERT_TRUE(target.Register(&dst));
-    const DROPEFFECT e = Drag([&] {
-        MouseMove(dst.m_hWnd, POINT{10, 20});
-        MouseDown(dst.m_hWnd, POINT{10, 20}, orlex::test::Button::Right);
-        MouseUp(dst.m_hWnd, POINT{10, 20});
-    });
-    MouseUp(dst.m_hWnd, POINT{10, 20}, orlex::test::Button::Right);
-    EXPECT_EQ(e, DROPEFFECT_NONE);
-    EXPECT_EQ(log, (Log{"dst enter 10,20 1", "dst leave"}));
+    for (const Case& c : cases) {
+        log.clear();
+        const DROPEFFECT e = Drag(
+            [&] {
+                MouseMove(dst.m_hWnd, at);
+                c.after();
+            },
+            c.allowed);
+        EXPECT_TRUE(hookRan) << c.name;
+        EXPECT_EQ(e, DROPEFFECT_NONE) << c.name;
+        EXPECT_EQ(log, (Log{"dst enter 10,20 1", "dst leave"})) << c.name;
+        EXPECT_EQ(::GetCapture(), nullptr) << c.name;
+        MouseUp(dst.m_hWnd, at);
+    }
 }
 
 // A source that is its own target, released at points around the press at (20, 20): the
@@ -257,19 +275,6 @@ TEST_F(OleDrag, RevokedWindowIsNoTarget) {
     EXPECT_TRUE(second.Register(&dst));
 }
 
-TEST_F(OleDrag, AnswersOutsideTheAllowedEffectsRefuseTheDrop) {
-    LogTarget target(log, "dst");
-    ASSERT_TRUE(target.Register(&dst));
-    const DROPEFFECT e = Drag(
-        [&] {
-            MouseMove(dst.m_hWnd, POINT{10, 20});
-            MouseUp(dst.m_hWnd, POINT{10, 20});
-        },
-        DROPEFFECT_COPY);
-    EXPECT_EQ(e, DROPEFFECT_NONE);
-    EXPECT_EQ(log, (Log{"dst enter 10,20 1", "dst leave"}));
-}
-
 TEST_F(OleDrag, DropExAnswerIsTheResult) {
     struct LinkTarget : LogTarget {
         using LogTarget::LogTarget;
@@ -287,16 +292,6 @@ TEST_F(OleDrag, DropExAnswerIsTheResult) {
     EXPECT_EQ(e, DROPEFFECT_LINK);
     EXPECT_EQ(target.seen, std::make_pair(DROPEFFECT_MOVE, DROPEFFECT_COPY | DROPEFFECT_MOVE));
     EXPECT_EQ(log, (Log{"dst enter 10,20 1"}));  // OnDrop is not asked
-}
-
-TEST_F(OleDrag, WithoutInputTheHeadlessDragEndsCancelled) {
-    LogTarget target(log, "dst");
-    ASSERT_TRUE(target.Register(&dst));
-    const DROPEFFECT e = Drag([&] { MouseMove(dst.m_hWnd, POINT{10, 20}); });
-    EXPECT_TRUE(hookRan);
-    EXPECT_EQ(e, DROPEFFECT_NONE);
-    EXPECT_EQ(log, (Log{"dst enter 10,20 1", "dst leave"}));
-    EXPECT_EQ(::GetCapture(), nullptr);
 }
 
 TEST_F(OleDrag, NoButtonDownMeansNoDrag) {
