@@ -263,6 +263,7 @@ BOOL ImageList_Draw(HIMAGELIST h, int i, HDC hdc, int x, int y, UINT style) {
         const QRect a = (r & dest) & t.img->rect();
         if (a.isEmpty()) continue;
         const int sx = sx0 + (a.left() - dest.left());
+        assert(sx + a.width() <= strip->image.width() && a.bottom() - dest.top() < l->cy);
         for (int iy = a.top(); iy <= a.bottom(); ++iy) {
             const int sy = iy - dest.top();
             const auto* s = reinterpret_cast<const std::uint32_t*>(strip->image.constScanLine(sy)) + sx;

@@ -101,6 +101,7 @@ struct DragSession {
     }
 
     void Finish(DROPEFFECT r) {
+        assert(!done && !target);  // a drag ends once, with its target let go
         done = true;
         result = r;
     }
@@ -138,6 +139,7 @@ struct DragSession {
     }
 
     void Track(POINT pt, DWORD keys) {
+        assert(started && !done);
         HWND w = nullptr;
         COleDropTarget* t = FindTarget(::WindowFromPoint(pt), &w);
         CheckTarget();
@@ -191,6 +193,7 @@ struct DragSession {
 
     // One turn of the drag: the pointer is at `pt` (screen), the keys are `keys`.
     void Step(POINT pt, DWORD keys, bool escape) {
+        assert(source);
         if (done) return;
         const SCODE sc = source->QueryContinueDrag((escape || EscapeSeen()) ? TRUE : FALSE, keys);
         if (!started) {
