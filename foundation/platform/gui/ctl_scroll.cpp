@@ -10,7 +10,9 @@ namespace {
 
 // Scroll bar -----------------------------------------------------------------------------------
 
-enum Part { kNone, kArrowLow, kPageLow, kThumb, kPageHigh, kArrowHigh };
+using Part = ScrollPart;
+constexpr Part kNone = kScrollNone, kArrowLow = kScrollArrowLow, kPageLow = kScrollPageLow, kThumb = kScrollThumb,
+               kPageHigh = kScrollPageHigh, kArrowHigh = kScrollArrowHigh;
 
 struct ScrollState {
     SCROLLINFO si{sizeof(SCROLLINFO), 0, 0, 100, 0, 0, 0};
@@ -38,13 +40,7 @@ ScrollGeometry GeometryOf(HWND hwnd, ScrollState& s) {
     return ComputeScroll(length, thickness, s.si.nMin, s.si.nMax, s.si.nPage, pos);
 }
 
-Part HitPart(const ScrollGeometry& g, int coord, int length) {
-    if (coord < g.arrow) return kArrowLow;
-    if (coord >= length - g.arrow) return kArrowHigh;
-    if (g.thumbEnd > g.thumbStart && coord >= g.thumbStart && coord < g.thumbEnd) return kThumb;
-    if (g.thumbEnd == g.thumbStart) return kNone;
-    return coord < g.thumbStart ? kPageLow : kPageHigh;
-}
+Part HitPart(const ScrollGeometry& g, int coord, int length) { return HitScrollPart(g, coord, length); }
 
 void SendScroll(HWND hwnd, UINT code, int pos) {
     HWND parent = ::GetParent(hwnd);
@@ -65,16 +61,7 @@ Part PartUnderPointer(HWND hwnd, ScrollState& s) {
 
 bool Repeats(Part p) { return p == kArrowLow || p == kArrowHigh || p == kPageLow || p == kPageHigh; }
 
-// The scroll code of an arrow or page part.
-UINT StepCode(Part p) {
-    switch (p) {
-    case kArrowLow: return SB_LINEUP;
-    case kArrowHigh: return SB_LINEDOWN;
-    case kPageLow: return SB_PAGEUP;
-    case kPageHigh: return SB_PAGEDOWN;
-    default: return 0;
-    }
-}
+UINT StepCode(Part p) { return ScrollStepCode(p); }
 
 // A held arrow or page part looks pressed only while the pointer is on it.
 bool ShownPressed(HWND hwnd, ScrollState& s, Part p) { return s.pressed == p && PartUnderPointer(hwnd, s) == p; }

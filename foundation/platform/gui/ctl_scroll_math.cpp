@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "foundation/platform/afxwin.h"
 #include "foundation/platform/gui/ctl_scroll_p.h"
 
 namespace orlex::detail {
@@ -31,6 +32,24 @@ ScrollGeometry ComputeScroll(int length, int thickness, int minPos, int maxPos, 
     g.thumbStart = g.trackStart + (span > 0 ? static_cast<int>((clamped - minPos) * static_cast<long long>(travel) / span) : 0);
     g.thumbEnd = g.thumbStart + thumb;
     return g;
+}
+
+ScrollPart HitScrollPart(const ScrollGeometry& g, int coord, int length) {
+    if (coord < g.arrow) return kScrollArrowLow;
+    if (coord >= length - g.arrow) return kScrollArrowHigh;
+    if (g.thumbEnd > g.thumbStart && coord >= g.thumbStart && coord < g.thumbEnd) return kScrollThumb;
+    if (g.thumbEnd == g.thumbStart) return kScrollNone;
+    return coord < g.thumbStart ? kScrollPageLow : kScrollPageHigh;
+}
+
+UINT ScrollStepCode(ScrollPart p) {
+    switch (p) {
+    case kScrollArrowLow: return SB_LINEUP;
+    case kScrollArrowHigh: return SB_LINEDOWN;
+    case kScrollPageLow: return SB_PAGEUP;
+    case kScrollPageHigh: return SB_PAGEDOWN;
+    default: return 0;
+    }
 }
 
 int ScrollPosFromThumb(const ScrollGeometry& g, int thumbStart, int minPos, int maxPos, UINT page) {

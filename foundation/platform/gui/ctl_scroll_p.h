@@ -19,6 +19,14 @@ struct ScrollGeometry {
 // The thumb is at least 8 pixels long; its travel spans the positions minPos to
 // maxPos - (page - 1).
 ScrollGeometry ComputeScroll(int length, int thickness, int minPos, int maxPos, UINT page, int pos);
+// The parts of a scroll bar a press can hit, in order along the axis.
+enum ScrollPart { kScrollNone, kScrollArrowLow, kScrollPageLow, kScrollThumb, kScrollPageHigh, kScrollArrowHigh };
+// The part at coord (pixels from the bar's start) of a bar `length` long; kScrollNone on the
+// track of a bar too short for a thumb, where a press does nothing.
+ScrollPart HitScrollPart(const ScrollGeometry& g, int coord, int length);
+// The step an arrow or page part repeats (SB_LINEUP .. SB_PAGEDOWN); 0 for the others.
+UINT ScrollStepCode(ScrollPart p);
+
 // The position whose thumb would start at thumbStart (pixels), rounded and clamped.
 int ScrollPosFromThumb(const ScrollGeometry& g, int thumbStart, int minPos, int maxPos, UINT page);
 // The largest position the bar can take.
@@ -39,6 +47,9 @@ constexpr UINT kSpinRepeatDelay = 500;
 constexpr UINT kSpinRepeatPeriod = 100;
 // The id of the repeat timer a control sets on its own window.
 constexpr UINT_PTR kRepeatTimer = 0x5C01;
+// The id of the repeat timer a window's own scroll bars set on the window; its WM_TIMER goes
+// to the layer's timer procedure, never to the window's procedure.
+constexpr UINT_PTR kFrameRepeatTimer = 0x5C02;
 // The up-down's step after the button has been held heldMs: 1, from 2 s on 5, from 5 s on 20
 // (the platform's default accelerations).
 int UpDownAcceleration(ULONGLONG heldMs);

@@ -16,6 +16,7 @@
 
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/codepage.h"
+#include "foundation/platform/gui/ctl_scroll_p.h"
 #include "foundation/platform/gui/gdi_p.h"
 #include "foundation/platform/gui/surface_p.h"
 #include "foundation/platform/gui/wnd_p.h"
@@ -25,7 +26,6 @@ namespace orlex::detail {
 namespace {
 
 constexpr int kScrollBar = 17;
-constexpr int kMinThumb = 8;
 
 QRect ClientRectOf(const WindowRec& w) {
     QMargins nc = NonClient(w);
@@ -403,23 +403,44 @@ QRect BarRect(const WindowRec& w, int bar) {
     return QRect(client.left(), client.bottom() + 1, client.width(), kScrollBar);
 }
 
-struct ThumbGeom {
-    int trackStart, trackLen, thumbStart, thumbLen;
-};
-
-// Thumb size and place along the track from range, page and position (or track position).
-ThumbGeom Thumb(const ScrollBarState& s, int length, bool track) {
-    ThumbGeom g{kScrollBar, std::max(0, length - 2 * kScrollBar), kScrollBar, 0};
+// The parts of a bar `length` long along its axis, the thumb at the position (or, while
+// dragged, the track position): the same geometry as the scroll bar control's.
+ScrollGeometry Geometry(const ScrollBarState& s, int length, bool track) {
     const SCROLLINFO& i = s.info;
-    long long range = static_cast<long long>(i.nMax) - i.nMin + 1;
-    if (range <= 0 || g.trackLen <= 0) return g;
-    g.thumbLen = i.nPage ? static_cast<int>(g.trackLen * static_cast<long long>(i.nPage) / range) : kScrollBar;
-    g.thumbLen = std::clamp(g.thumbLen, std::min(kMinThumb, g.trackLen), g.trackLen);
-    long long span = range - std::max<long long>(i.nPage, 1);
-    int pos = track ? i.nTrackPos : i.nPos;
-    if (span > 0)
-        g.thumbStart += static_cast<int>((g.trackLen - g.thumbLen) * (static_cast<long long>(pos) - i.nMin) / span);
-    return g;
+    return ComputeScroll(length, kScrollBar, i.nMin, i.nMax, i.nPage, track ? i.nTrackPos : i.nPos);
+}
+
+// An arrow or a page part held down on a window's own scroll bar. The capture is one, so
+// is the hold; guarded by Lock(). Handles are never reused, so a hold left by a window that
+// went matches no later window.
+struct FrameHold {
+    HWND hwnd = nullptr;
+    int bar = SB_VERT;
+    ScrollPart part = kScrollNone;
+    QPoint pointer;  // where the pointer is now, in window coordinates
+};
+FrameHold g_hold;
+
+// The part of the held bar under the pointer, kScrollNone off the bar.
+ScrollPart HeldPartUnderPointer(const WindowRec& w) {
+    const QRect br = BarRect(w, g_hold.bar);
+    if (!br.contains(g_hold.pointer)) return kScrollNone;
+    const bool vert = g_hold.bar == SB_VERT;
+    const QPoint p = g_hold.pointer - br.topLeft();
+    const int len = vert ? br.height() : br.width();
+    return HitScrollPart(Geometry(w.bars[g_hold.bar], len, false), vert ? p.y() : p.x(), len);
+}
+
+// Whether a part of a window's bar shows pressed: held, with the pointer on it.
+bool ShownPressed(const WindowRec& w, int bar, ScrollPart part) {
+    return g_hold.hwnd == w.hwnd && g_hold.bar == bar && g_hold.part == part && HeldPartUnderPointer(w) == part;
+}
+
+void FrameRepeatTick(HWND hwnd, UINT, UINT_PTR, DWORD);
+
+// The top-left corner of a window in screen coordinates.
+QPoint WindowOrigin(WindowRec* w) {
+    return w->IsChild() ? WindowRectInTop(w).topLeft() + TopLevelOf(w)->rect.topLeft() : w->rect.topLeft();
 }
 
 }  // namespace
@@ -484,8 +505,8 @@ void DefNcPaint(HWND hwnd) {
         const bool vert = bar == SB_VERT;
         p.fillRect(br, col(kScrollbar));
         int len = vert ? br.height() : br.width();
-        auto button = [&](QRect b, int dir) {
-            p.fillRect(b, col(kFace));
+        auto button = [&](QRect b, int dir, bool pressed) {
+            p.fillRect(b, col(pressed ? kShadow : kFace));
             p.setPen(col(kShadow));
             p.drawRect(b.adjusted(0, 0, -1, -1));
             if (w->bars[bar].disabled) return;
@@ -500,13 +521,19 @@ void DefNcPaint(HWND hwnd) {
                            : QRect(br.left(), br.top(), std::min(kScrollBar, len / 2), br.height());
         QRect last = vert ? QRect(br.left(), br.bottom() - first.height() + 1, br.width(), first.height())
                           : QRect(br.right() - first.width() + 1, br.top(), first.width(), br.height());
-        button(first, -1);
-        button(last, 1);
+        button(first, -1, ShownPressed(*w, bar, kScrollArrowLow));
+        button(last, 1, ShownPressed(*w, bar, kScrollArrowHigh));
         if (w->bars[bar].disabled) continue;
-        ThumbGeom tg = Thumb(w->bars[bar], len, w->trackBar == bar);
-        if (tg.thumbLen <= 0) continue;
-        QRect th = vert ? QRect(br.left(), br.top() + tg.thumbStart, br.width(), tg.thumbLen)
-                        : QRect(br.left() + tg.thumbStart, br.top(), tg.thumbLen, br.height());
+        const ScrollGeometry tg = Geometry(w->bars[bar], len, w->trackBar == bar);
+        // A held page part darkens from the thumb to the arrow on its side.
+        auto along = [&](int from, int to) {
+            return vert ? QRect(br.left(), br.top() + from, br.width(), to - from)
+                        : QRect(br.left() + from, br.top(), to - from, br.height());
+        };
+        if (ShownPressed(*w, bar, kScrollPageLow)) p.fillRect(along(tg.trackStart, tg.thumbStart), col(kDkShadow));
+        if (ShownPressed(*w, bar, kScrollPageHigh)) p.fillRect(along(tg.thumbEnd, tg.trackEnd), col(kDkShadow));
+        if (tg.thumbEnd <= tg.thumbStart) continue;
+        QRect th = along(tg.thumbStart, tg.thumbEnd);
         p.fillRect(th, col(kFace));
         p.setPen(col(kShadow));
         p.drawRect(th.adjusted(0, 0, -1, -1));
@@ -533,48 +560,126 @@ LRESULT DefNcHitTest(HWND hwnd, POINT screen) {
     return HTBORDER;
 }
 
-// A press on a frame scroll bar: arrows scroll a line, the track a page, the thumb starts
+// A press on a window's own scroll bar, as the platform answers it: an arrow scrolls a
+// line and a page part a page at once, then again while the button stays down (after
+// kScrollRepeatDelay, then every kScrollRepeatPeriod, on the layer clock); the thumb starts
 // a drag that follows the pointer (SB_THUMBTRACK) until the release (SB_THUMBPOSITION).
-// SB_ENDSCROLL follows each gesture.
+// The window holds the capture until the release, which sends SB_ENDSCROLL.
 LRESULT DefScrollBarMouse(HWND hwnd, UINT msg, WPARAM hit, POINT screen) {
     if (hit != HTVSCROLL && hit != HTHSCROLL) return 0;
     const int bar = hit == HTVSCROLL ? SB_VERT : SB_HORZ;
     const UINT scrollMsg = bar == SB_VERT ? WM_VSCROLL : WM_HSCROLL;
-    UINT code = SB_ENDSCROLL;
-    bool thumb = false;
+    ScrollPart part;
     {
         std::lock_guard<std::mutex> g(Lock());
         WindowRec* w = Find(hwnd);
         if (!w || w->bars[bar].disabled) return 0;
-        QPoint origin = w->IsChild() ? WindowRectInTop(w).topLeft() + TopLevelOf(w)->rect.topLeft() : w->rect.topLeft();
-        QRect br = BarRect(*w, bar);
-        QPoint p = QPoint(screen.x, screen.y) - origin - br.topLeft();
-        int along = bar == SB_VERT ? p.y() : p.x();
-        int len = bar == SB_VERT ? br.height() : br.width();
-        ThumbGeom tg = Thumb(w->bars[bar], len, false);
-        if (along < kScrollBar) code = SB_LINEUP;
-        else if (along >= len - kScrollBar) code = SB_LINEDOWN;
-        else if (along < tg.thumbStart) code = SB_PAGEUP;
-        else if (along >= tg.thumbStart + tg.thumbLen) code = SB_PAGEDOWN;
-        else {
-            thumb = true;
+        const QRect br = BarRect(*w, bar);
+        const QPoint inWindow = QPoint(screen.x, screen.y) - WindowOrigin(w);
+        const QPoint p = inWindow - br.topLeft();
+        const int along = bar == SB_VERT ? p.y() : p.x();
+        const int len = bar == SB_VERT ? br.height() : br.width();
+        const ScrollGeometry geo = Geometry(w->bars[bar], len, false);
+        part = HitScrollPart(geo, along, len);
+        if (part == kScrollNone) return 0;  // the track of a bar with no room for a thumb
+        if (part == kScrollThumb) {
             w->trackBar = bar;
-            w->trackGrab = along - tg.thumbStart;
+            w->trackGrab = along - geo.thumbStart;
             w->bars[bar].info.nTrackPos = w->bars[bar].info.nPos;
+        } else {
+            g_hold = FrameHold{hwnd, bar, part, inWindow};
+            w->ncDirty = true;
         }
     }
-    if (thumb) {
-        SetCapture(hwnd);
-        return 0;
+    SetCapture(hwnd);
+    if (part == kScrollThumb) return 0;
+    SendMessageA(hwnd, scrollMsg, ScrollStepCode(part), 0);
+    // The window may have gone, or the hold ended, while it scrolled.
+    bool holding;
+    {
+        std::lock_guard<std::mutex> g(Lock());
+        holding = g_hold.hwnd == hwnd && Find(hwnd) != nullptr;
     }
-    SendMessageA(hwnd, scrollMsg, code, 0);
-    SendMessageA(hwnd, scrollMsg, SB_ENDSCROLL, 0);
+    if (!holding) return 0;
+    SetTimer(hwnd, kFrameRepeatTimer, kScrollRepeatDelay, FrameRepeatTick);
+    PaintNow(hwnd, false);
     return 0;
 }
 
-// Mouse messages of a thumb drag, taken before the window's procedure; true when used.
+namespace {
+
+// The repeat timer of a held arrow or page part: steps again while the pointer is on the
+// part, so an arrow waits while the pointer is off it and paging stops once the thumb has
+// come under the pointer. A window that lost the capture ends the gesture here.
+void FrameRepeatTick(HWND hwnd, UINT, UINT_PTR, DWORD) {
+    bool held, ended = false, step = false;
+    UINT scrollMsg = WM_VSCROLL, code = 0;
+    {
+        std::lock_guard<std::mutex> g(Lock());
+        WindowRec* w = Find(hwnd);
+        held = w && g_hold.hwnd == hwnd;
+        if (held) {
+            scrollMsg = g_hold.bar == SB_VERT ? WM_VSCROLL : WM_HSCROLL;
+            if (Input().capture != hwnd) {
+                ended = true;
+                g_hold = FrameHold{};
+                w->ncDirty = true;
+            } else {
+                code = ScrollStepCode(g_hold.part);
+                step = HeldPartUnderPointer(*w) == g_hold.part;
+            }
+        }
+    }
+    if (!held || ended) {
+        KillTimer(hwnd, kFrameRepeatTimer);
+        if (ended) {
+            SendMessageA(hwnd, scrollMsg, SB_ENDSCROLL, 0);
+            PaintNow(hwnd, false);
+        }
+        return;
+    }
+    SetTimer(hwnd, kFrameRepeatTimer, kScrollRepeatPeriod, FrameRepeatTick);
+    if (step) SendMessageA(hwnd, scrollMsg, code, 0);
+}
+
+// Mouse messages while an arrow or page part is held: moves tell where the pointer is, the
+// release ends the gesture. True when the message was the hold's.
+bool HoldMouse(const MSG& m) {
+    UINT scrollMsg;
+    bool release = m.message == WM_LBUTTONUP, repaint;
+    {
+        std::lock_guard<std::mutex> g(Lock());
+        if (g_hold.hwnd != m.hwnd) return false;
+        WindowRec* w = Find(m.hwnd);
+        if (!w) {
+            g_hold = FrameHold{};
+            return false;
+        }
+        scrollMsg = g_hold.bar == SB_VERT ? WM_VSCROLL : WM_HSCROLL;
+        // The message point is in client coordinates; the hold keeps window coordinates.
+        const QMargins nc = NonClient(*w);
+        const bool wasOn = HeldPartUnderPointer(*w) == g_hold.part;
+        g_hold.pointer = QPoint(GET_X_LPARAM(m.lParam), GET_Y_LPARAM(m.lParam)) + QPoint(nc.left(), nc.top());
+        repaint = release || wasOn != (HeldPartUnderPointer(*w) == g_hold.part);
+        if (release) g_hold = FrameHold{};
+        if (repaint) w->ncDirty = true;
+    }
+    if (release) {
+        KillTimer(m.hwnd, kFrameRepeatTimer);
+        if (GetCapture() == m.hwnd) ReleaseCapture();
+        SendMessageA(m.hwnd, scrollMsg, SB_ENDSCROLL, 0);
+    }
+    if (repaint && IsWindow(m.hwnd)) PaintNow(m.hwnd, false);
+    return true;
+}
+
+}  // namespace
+
+// Mouse messages of a gesture on a window's own scroll bar, taken before the window's
+// procedure; true when used.
 bool ScrollTrackMouse(const MSG& m) {
     if (m.message != WM_MOUSEMOVE && m.message != WM_LBUTTONUP) return false;
+    if (HoldMouse(m)) return true;
     int bar, pos;
     {
         std::lock_guard<std::mutex> g(Lock());
@@ -588,12 +693,8 @@ bool ScrollTrackMouse(const MSG& m) {
         int along = bar == SB_VERT ? p.y() : p.x();
         int len = bar == SB_VERT ? br.height() : br.width();
         ScrollBarState& s = w->bars[bar];
-        ThumbGeom tg = Thumb(s, len, false);
-        long long range = static_cast<long long>(s.info.nMax) - s.info.nMin + 1;
-        long long span = range - std::max<long long>(s.info.nPage, 1);
-        int room = tg.trackLen - tg.thumbLen;
-        int start = std::clamp(along - w->trackGrab - kScrollBar, 0, std::max(0, room));
-        pos = s.info.nMin + (room > 0 && span > 0 ? static_cast<int>((start * span + room / 2) / room) : 0);
+        const ScrollGeometry geo = Geometry(s, len, false);
+        pos = ScrollPosFromThumb(geo, along - w->trackGrab, s.info.nMin, s.info.nMax, s.info.nPage);
         s.info.nTrackPos = pos;
         w->ncDirty = true;
         if (m.message == WM_LBUTTONUP) w->trackBar = -1;
