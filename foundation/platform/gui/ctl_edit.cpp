@@ -237,7 +237,17 @@ bool Insert(HWND hwnd, EditState& s, std::string text) {
         NotifyParent(hwnd, EN_MAXTEXT);
         if (before >= static_cast<size_t>(s.model.Limit())) return false;
     }
-    if (!s.model.ReplaceSel(text)) return false;
+    // Several lines that don't scroll up and down take only what fits in the client area.
+    const bool capped = Multi(hwnd) && !(style & ES_AUTOVSCROLL);
+    const int maxLines = capped ? VisibleLines(hwnd, FontOr(s.font)) : 0;
+    switch (s.model.ReplaceSelWithin(text, maxLines)) {
+    case EditModel::Fit::Unchanged: return false;
+    case EditModel::Fit::TooManyLines:
+        ::MessageBeep(0);
+        NotifyParent(hwnd, EN_MAXTEXT);
+        return false;
+    case EditModel::Fit::Replaced: break;
+    }
     Changed(hwnd, s);
     return true;
 }

@@ -46,6 +46,31 @@ bool EditModel::ReplaceSel(const std::string& text, bool keepUndo) {
     return true;
 }
 
+EditModel::Fit EditModel::ReplaceSelWithin(const std::string& text, int maxLines, bool keepUndo) {
+    if (maxLines <= 0) return ReplaceSel(text, keepUndo) ? Fit::Replaced : Fit::Unchanged;
+    // Everything the replacement touches, to put back as it was when the lines overflow;
+    // the laid-out lines come back too, so a refusal costs no second layout.
+    const int before = LineCount();
+    std::string text0 = m_text, undo0 = m_undoText;
+    std::vector<Line> lines0 = m_lines;
+    const int anchor0 = m_anchor, caret0 = m_caret, undoAnchor0 = m_undoAnchor, undoCaret0 = m_undoCaret;
+    const bool canUndo0 = m_canUndo;
+    if (!ReplaceSel(text, keepUndo)) return Fit::Unchanged;
+    const int after = LineCount();
+    if (after <= maxLines || after <= before) return Fit::Replaced;
+    m_text.swap(text0);
+    m_undoText.swap(undo0);
+    m_lines.swap(lines0);
+    m_linesValid = true;
+    m_anchor = anchor0;
+    m_caret = caret0;
+    m_undoAnchor = undoAnchor0;
+    m_undoCaret = undoCaret0;
+    m_canUndo = canUndo0;
+    assert(LineCount() == before);
+    return Fit::TooManyLines;
+}
+
 bool EditModel::Backspace() {
     int s = SelStart(), e = SelEnd();
     if (s == e) {

@@ -36,6 +36,12 @@ public:
     // Replaces the selection with text, cut to the limit; false (nothing changes) when no
     // character of it fits and the selection was empty. Keeps an undo step when asked.
     bool ReplaceSel(const std::string& text, bool keepUndo = true);
+    // As ReplaceSel, for an edit that shows at most maxLines lines and does not scroll up
+    // or down: text after which the lines would be more than maxLines (and more than before,
+    // so text set longer can still be edited) is refused whole, nothing changes. maxLines
+    // <= 0: no cap.
+    enum class Fit { Replaced, Unchanged, TooManyLines };
+    Fit ReplaceSelWithin(const std::string& text, int maxLines, bool keepUndo = true);
     // Backspace / Delete: the selection, else the character before / after the caret.
     bool Backspace();
     bool DeleteForward();
