@@ -28,6 +28,8 @@
 #include "foundation/platform/afxmenu.h"
 #include "foundation/platform/afxdlgs.h"
 #include "foundation/platform/monitor.h"
+#include "foundation/platform/afxole.h"
+#include "foundation/platform/afxcmn.h"
 
 // Library frame and foundation.
 #include "foundation/OrlexUI.h"
