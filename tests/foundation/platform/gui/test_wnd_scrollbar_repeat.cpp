@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "foundation/platform/afxgdi.h"
 #include "foundation/platform/afxwin.h"
 #include "foundation/platform/gui/ctl_scroll_p.h"
 #include "support/orlex_test.h"
@@ -190,6 +191,68 @@ TEST_F(BarRepeat, HeldPageAreaStopsWhenTheThumbReachesThePointer) {
         EXPECT_EQ(host.Codes().back(), static_cast<UINT>(SB_ENDSCROLL));
         EXPECT_EQ(host.Count(SB_ENDSCROLL), 1u);
     }
+}
+
+TEST_F(BarRepeat, HeldPartLooksPressedWhileThePointerIsOnIt) {
+    const COLORREF face = ::GetSysColor(COLOR_3DFACE), shadow = ::GetSysColor(COLOR_3DSHADOW),
+                   dark = ::GetSysColor(COLOR_3DDKSHADOW), track = ::GetSysColor(COLOR_SCROLLBAR);
+    ASSERT_NE(face, shadow);
+    ASSERT_NE(dark, track);
+    // Inside the up arrow, clear of its outline and its triangle; in the page area below the
+    // thumb (position 50 of 0..109 puts it in the middle).
+    const POINT arrowPixel{kClient + 2, 2}, pagePixel{kClient + 2, 140};
+    struct Step {
+        const char* what;
+        POINT pointer;
+        int action;  // 0 press, 1 move, 2 release
+        COLORREF arrow, page;
+    };
+    const Step steps[] = {
+        {"arrow held", On(SB_VERT, 5), 0, shadow, track},
+        {"pointer off it", On(SB_VERT, 60), 1, face, track},
+        {"back on it", On(SB_VERT, 6), 1, shadow, track},
+        {"released", On(SB_VERT, 6), 2, face, track},
+        {"page held", On(SB_VERT, 150), 0, face, dark},
+        {"pointer on the thumb", On(SB_VERT, 90), 1, face, track},
+        {"back in the page", On(SB_VERT, 130), 1, face, dark},
+        {"released", On(SB_VERT, 130), 2, face, track},
+    };
+    for (const Step& st : steps) {
+        if (st.action == 0) MouseDown(host.m_hWnd, st.pointer);
+        else if (st.action == 1) MouseMove(host.m_hWnd, st.pointer);
+        else MouseUp(host.m_hWnd, st.pointer);
+        EXPECT_EQ(Pixel(host.m_hWnd, arrowPixel), st.arrow) << st.what;
+        EXPECT_EQ(Pixel(host.m_hWnd, pagePixel), st.page) << st.what;
+    }
+}
+
+TEST_F(BarRepeat, ChildWithABorderRepeatsAndFollowsThePointer) {
+    // A child window framed by a one-pixel border: its bar lies past the client's right
+    // edge and one pixel down, so client points reach it shifted by the border.
+    Host child;
+    ASSERT_TRUE(child.CreateEx(0, nullptr, "child", WS_CHILD | WS_VISIBLE | WS_BORDER | WS_VSCROLL, CRect(20, 20, 122, 142),
+                               &host, 7));
+    SCROLLINFO si{sizeof si, SIF_RANGE | SIF_PAGE | SIF_POS, 0, 99, 10, 0, 0};
+    ::SetScrollInfo(child.m_hWnd, SB_VERT, &si, TRUE);
+    Pump();
+    CRect client;
+    child.GetClientRect(&client);
+    ASSERT_EQ(client.Width(), 100 - kBar);
+    ASSERT_EQ(client.Height(), 120);
+    const POINT down{client.right + 8, client.bottom - 3};  // on the down arrow
+    MouseDown(child.m_hWnd, down);
+    AdvanceClock(kScrollRepeatDelay + kScrollRepeatPeriod);
+    EXPECT_EQ(child.log.size(), 3u);
+    // Just above the arrow (in the page part) the arrow waits; on its top row it goes on.
+    MouseMove(child.m_hWnd, POINT{down.x, client.bottom - kBar - 1});
+    AdvanceClock(kScrollRepeatPeriod * 3);
+    EXPECT_EQ(child.log.size(), 3u);
+    MouseMove(child.m_hWnd, POINT{down.x, client.bottom - kBar});
+    AdvanceClock(kScrollRepeatPeriod);
+    EXPECT_EQ(child.log.size(), 4u);
+    MouseUp(child.m_hWnd, down);
+    EXPECT_EQ(child.Codes(), (std::vector<UINT>{SB_LINEDOWN, SB_LINEDOWN, SB_LINEDOWN, SB_LINEDOWN, SB_ENDSCROLL}));
+    EXPECT_TRUE(host.log.empty());
 }
 
 TEST_F(BarRepeat, DisabledBarIgnoresPresses) {
