@@ -233,7 +233,8 @@ bool Insert(HWND hwnd, EditState& s, std::string text) {
     if (style & ES_LOWERCASE)
         for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     const size_t before = s.model.Text().size() - static_cast<size_t>(s.model.SelEnd() - s.model.SelStart());
-    if (before + text.size() > static_cast<size_t>(s.model.Limit())) {
+    const bool overLimit = before + text.size() > static_cast<size_t>(s.model.Limit());
+    if (overLimit) {
         NotifyParent(hwnd, EN_MAXTEXT);
         if (before >= static_cast<size_t>(s.model.Limit())) return false;
     }
@@ -244,7 +245,7 @@ bool Insert(HWND hwnd, EditState& s, std::string text) {
     case EditModel::Fit::Unchanged: return false;
     case EditModel::Fit::TooManyLines:
         ::MessageBeep(0);
-        NotifyParent(hwnd, EN_MAXTEXT);
+        if (!overLimit) NotifyParent(hwnd, EN_MAXTEXT);  // the parent hears it once per refusal
         return false;
     case EditModel::Fit::Replaced: break;
     }

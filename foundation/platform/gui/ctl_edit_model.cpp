@@ -36,7 +36,11 @@ bool EditModel::ReplaceSel(const std::string& text, bool keepUndo) {
     const int s = SelStart(), e = SelEnd();
     const long room = static_cast<long>(m_limit) - (static_cast<long>(m_text.size()) - (e - s));
     std::string put = text;
-    if (room < static_cast<long>(put.size())) put.resize(room > 0 ? static_cast<size_t>(room) : 0);
+    if (room < static_cast<long>(put.size())) {
+        put.resize(room > 0 ? static_cast<size_t>(room) : 0);
+        // A line break is kept whole or not at all.
+        if (!put.empty() && put.back() == '\r' && text[put.size()] == '\n') put.pop_back();
+    }
     if (put.empty() && s == e) return false;
     if (keepUndo) Remember();
     m_text.replace(static_cast<size_t>(s), static_cast<size_t>(e - s), put);

@@ -58,6 +58,16 @@ TEST(EditLineCap, ReplacementsAgainstTheLinesThatFit) {
     }
 }
 
+TEST(EditLineCap, TextCutToTheLimitKeepsLineBreaksWhole) {
+    EditModel m;
+    m.SetLimit(6);
+    m.SetText("ab");
+    m.SetSel(2, 2);
+    EXPECT_TRUE(m.ReplaceSel("\r\n1\r\n2"));
+    EXPECT_EQ(m.Text(), "ab\r\n1");
+    EXPECT_EQ(m.LineCount(), 2);
+}
+
 TEST(EditLineCap, RefusalKeepsTheLastUndoStep) {
     EditModel m;
     m.SetText("a\r\nb");
@@ -227,6 +237,19 @@ TEST_F(EditLimit, WrappedTextStopsAtTheLastLinesEdge) {
     EXPECT_EQ(Text(edit), std::string(static_cast<size_t>(3 * perLine), 'x'));
     EXPECT_EQ(edit.GetLineCount(), 3);
     EXPECT_EQ(host.Count(EN_MAXTEXT), 4u);
+}
+
+TEST_F(EditLimit, PasteOverTheLimitAndTheLinesNotifiesOnce) {
+    CEdit edit;
+    Make(edit, ES_AUTOHSCROLL, 2);
+    edit.LimitText(7);
+    TypeText("ab");
+    // Cut to the limit it is "\r\n1\r\n", three lines: refused, one EN_MAXTEXT.
+    PutOnClipboard(host.m_hWnd, "\r\n1\r\n2");
+    host.notes.clear();
+    edit.Paste();
+    EXPECT_EQ(Text(edit), "ab");
+    EXPECT_EQ(host.notes, std::vector<UINT>{EN_MAXTEXT});
 }
 
 TEST_F(EditLimit, TextSetLongerStaysEditable) {
