@@ -59,7 +59,7 @@ Part PartUnderPointer(HWND hwnd, ScrollState& s) {
     return HitPart(GeometryOf(hwnd, s), Vertical(hwnd) ? s.pointer.y : s.pointer.x, length);
 }
 
-bool Repeats(Part p) { return p == kArrowLow || p == kArrowHigh || p == kPageLow || p == kPageHigh; }
+bool Repeats(Part p) { return ScrollPartRepeats(p); }
 
 UINT StepCode(Part p) { return ScrollStepCode(p); }
 

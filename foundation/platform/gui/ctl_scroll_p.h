@@ -24,6 +24,10 @@ enum ScrollPart { kScrollNone, kScrollArrowLow, kScrollPageLow, kScrollThumb, kS
 // The part at coord (pixels from the bar's start) of a bar `length` long; kScrollNone on the
 // track of a bar too short for a thumb, where a press does nothing.
 ScrollPart HitScrollPart(const ScrollGeometry& g, int coord, int length);
+// Arrows and page parts step again while held; the thumb drags instead.
+inline bool ScrollPartRepeats(ScrollPart p) {
+    return p == kScrollArrowLow || p == kScrollArrowHigh || p == kScrollPageLow || p == kScrollPageHigh;
+}
 // The step an arrow or page part repeats (SB_LINEUP .. SB_PAGEDOWN); 0 for the others.
 UINT ScrollStepCode(ScrollPart p);
 

@@ -431,11 +431,6 @@ ScrollPart HeldPartUnderPointer(const WindowRec& w) {
     return HitScrollPart(Geometry(w.bars[g_hold.bar], len, false), vert ? p.y() : p.x(), len);
 }
 
-// Only arrows and page parts are held; the thumb drags.
-bool Repeats(ScrollPart p) {
-    return p == kScrollArrowLow || p == kScrollArrowHigh || p == kScrollPageLow || p == kScrollPageHigh;
-}
-
 // Whether a part of a window's bar shows pressed: held, with the pointer on it.
 bool ShownPressed(const WindowRec& w, int bar, ScrollPart part) {
     return g_hold.hwnd == w.hwnd && g_hold.bar == bar && g_hold.part == part && HeldPartUnderPointer(w) == part;
@@ -593,7 +588,7 @@ LRESULT DefScrollBarMouse(HWND hwnd, UINT msg, WPARAM hit, POINT screen) {
             w->bars[bar].info.nTrackPos = w->bars[bar].info.nPos;
         } else {
             g_hold = FrameHold{hwnd, bar, part, inWindow};
-            assert(Repeats(part));
+            assert(ScrollPartRepeats(part));
             w->ncDirty = true;
         }
     }
@@ -625,7 +620,7 @@ void FrameRepeatTick(HWND hwnd, UINT, UINT_PTR, DWORD) {
         WindowRec* w = Find(hwnd);
         held = w && g_hold.hwnd == hwnd;
         if (held) {
-            assert(Repeats(g_hold.part) && (g_hold.bar == SB_VERT || g_hold.bar == SB_HORZ));
+            assert(ScrollPartRepeats(g_hold.part) && (g_hold.bar == SB_VERT || g_hold.bar == SB_HORZ));
             scrollMsg = g_hold.bar == SB_VERT ? WM_VSCROLL : WM_HSCROLL;
             if (Input().capture != hwnd) {
                 ended = true;
@@ -633,7 +628,8 @@ void FrameRepeatTick(HWND hwnd, UINT, UINT_PTR, DWORD) {
                 w->ncDirty = true;
             } else {
                 code = ScrollStepCode(g_hold.part);
-                step = HeldPartUnderPointer(*w) == g_hold.part;
+                // A bar disabled meanwhile (its range no longer needs it) holds still.
+                step = !w->bars[g_hold.bar].disabled && HeldPartUnderPointer(*w) == g_hold.part;
             }
         }
     }

@@ -264,6 +264,16 @@ TEST_F(BarRepeat, DisabledBarIgnoresPresses) {
         MouseUp(host.m_hWnd, On(SB_VERT, along));
     }
     EXPECT_TRUE(host.log.empty());
+    // Disabled while held (its range no longer needs it), the bar stops stepping; the
+    // release still ends the gesture.
+    ::EnableScrollBar(host.m_hWnd, SB_VERT, ESB_ENABLE_BOTH);
+    MouseDown(host.m_hWnd, On(SB_VERT, 5));
+    SCROLLINFO si{sizeof si, SIF_RANGE | SIF_PAGE | SIF_DISABLENOSCROLL, 0, 9, 10, 0, 0};
+    ::SetScrollInfo(host.m_hWnd, SB_VERT, &si, TRUE);
+    AdvanceClock(kScrollRepeatDelay + kScrollRepeatPeriod * 4);
+    MouseUp(host.m_hWnd, On(SB_VERT, 5));
+    EXPECT_EQ(host.Codes(), (std::vector<UINT>{SB_LINEUP, SB_ENDSCROLL}));
+    host.log.clear();
     // The other bar still works.
     Click(host.m_hWnd, On(SB_HORZ, 5));
     EXPECT_EQ(host.Codes(), (std::vector<UINT>{SB_LINELEFT, SB_ENDSCROLL}));
