@@ -80,17 +80,26 @@ bool IsKnownPrinter(const SystemPrinters& printers, const std::string& name) {
     return name == kPdfPrinter || IsSystemPrinter(printers, name);
 }
 
+namespace {
+
+// The toolkit's printer list as it stands (the application object must exist).
+SystemPrinters ListSystemPrinters() {
+    SystemPrinters p;
+    for (const QString& n : QPrinterInfo::availablePrinterNames()) {
+        const std::string name = n.toStdString();
+        // A system printer named like the layer's own would be unreachable: left out.
+        if (!name.empty() && name != kPdfPrinter) p.names.push_back(name);
+    }
+    p.defaultName = QPrinterInfo::defaultPrinterName().toStdString();
+    return p;
+}
+
+}  // namespace
+
 const SystemPrinters& QuerySystemPrinters() {
     static const SystemPrinters printers = [] {
         NeedApplication();
-        SystemPrinters p;
-        for (const QString& n : QPrinterInfo::availablePrinterNames()) {
-            const std::string name = n.toStdString();
-            // A system printer named like the layer's own would be unreachable: left out.
-            if (!name.empty() && name != kPdfPrinter) p.names.push_back(name);
-        }
-        p.defaultName = QPrinterInfo::defaultPrinterName().toStdString();
-        return p;
+        return ListSystemPrinters();
     }();
     return printers;
 }
@@ -319,7 +328,9 @@ LONG DocumentPropertiesA(HWND, HANDLE printer, LPSTR device, DEVMODEA* out, cons
 void orlex::gdi::PublishDefaultPrinter() {
     static std::once_flag once;
     std::call_once(once, [] {
-        const std::string name = PickDefaultPrinter(QuerySystemPrinters());
+        // Listed afresh: this runs while the application is being made, which the cached
+        // list may itself be waiting for.
+        const std::string name = PickDefaultPrinter(ListSystemPrinters());
         const std::string port = name == kPdfPrinter ? "PDF:" : "CUPS:";
         orlex::SetSystemProfileValue("windows", "device", (name + ",winspool," + port).c_str());
     });
