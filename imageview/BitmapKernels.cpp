@@ -9,11 +9,10 @@
 #include "imageview/BitmapData.h"
 
 // The two hot loops have a plain form and, on x86 processors that have them, vector
-// forms chosen at run time (AVX-512 or AVX2 for the scaling, AVX-512 for the
-// interpolation). All
-// forms give bit-identical results: the same IEEE double operations in the same order,
-// no fused multiply-add, and integer steps only where they provably give the same
-// numbers (see Fit24ChannelExact and Fit24StepShort).
+// forms chosen at run time (AVX-512, else AVX2). All forms give bit-identical results:
+// the same IEEE double operations in the same order, no fused multiply-add, and integer
+// steps only where they provably give the same numbers (see Fit24ChannelExact and
+// Fit24StepShort).
 #if (defined(__x86_64__) || defined(__i386__)) && (defined(__GNUC__) || defined(__clang__))
 #define ORLEX_HAVE_X86_PATHS 1
 #include <immintrin.h>
@@ -279,6 +278,84 @@ __attribute__((target("avx512f,avx512dq,avx512bw,avx512vbmi"))) void Fit24Values
     Fit24ValuesPlain(src + i, dst, n - i, plan);
 }
 
+// Eight values: x clamped to 0..n-1 and truncated, t below 2^40, held in the low 52 bits
+// of each 64-bit lane (the bit pattern of the double t + 2^52, exact as t < 2^52): the
+// lane's low word is l, the low byte of its high word is h. Four values per call.
+__attribute__((target("avx2"))) inline __m256i TruncatedStepsAvx2(__m128i v, __m256d low, __m256d factor,
+                                                                  __m256d last)
+{
+    __m256d x = _mm256_mul_pd(_mm256_sub_pd(_mm256_cvtepi32_pd(v), low), factor);
+    x = _mm256_max_pd(x, _mm256_setzero_pd());  // NaN gives the second operand, 0
+    x = _mm256_min_pd(x, last);
+    x = _mm256_round_pd(x, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC);
+    return _mm256_castpd_si256(_mm256_add_pd(x, _mm256_set1_pd(4503599627370496.0)));
+}
+
+// The integer method of Fit24ValuesAvx512 on eight values a step, for processors with
+// AVX2 only: the same two exceptions send a group to the plain form. Both ends of a span
+// come with one gather per channel from the plan's pair tables, whose spans above the
+// top already repeat the top one.
+__attribute__((target("avx2"))) void Fit24ValuesAvx2(const int* src, unsigned char* dst, std::size_t n,
+                                                     const Fit24Plan& plan)
+{
+    const __m256d low = _mm256_set1_pd(plan.low);
+    const __m256d factor = _mm256_set1_pd(plan.factor);
+    const __m256d last = _mm256_set1_pd(plan.lastStep);
+    const __m256i riseOfPair = _mm256_set1_epi32(0x0001FFFF);  // words -1, +1
+    const __m256i carryAbove = _mm256_set1_epi32(0x00FFFFFF);   // l >> 8 of an l near the carry
+    const __m256i middleBits = _mm256_set1_epi32(0x00FFFF00);
+    const __m256i spanByte = _mm256_set1_epi32(0xFF);
+    const __m256i greenByte = _mm256_set1_epi32(0x0000FF00);
+    // Values 0, 1, 4, 5 to the low half and 2, 3, 6, 7 to the high half, so that taking
+    // the even and odd words of the two step registers gives l and h in value order.
+    const __m256i splitHalves = _mm256_setr_epi32(0, 1, 4, 5, 2, 3, 6, 7);
+    // Blue, green, red of four pixels to the first 12 bytes of each half, then the two
+    // halves' 12 bytes together.
+    const __m256i packPixels =
+        _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13,
+                         14, -1, -1, -1, -1);
+    const __m256i joinHalves = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 7, 7);
+    const int* pairs[3] = {reinterpret_cast<const int*>(plan.pairs[0]), reinterpret_cast<const int*>(plan.pairs[1]),
+                           reinterpret_cast<const int*>(plan.pairs[2])};
+    std::size_t i = 0;
+    // Each step stores 32 bytes of which the last 8 belong to the next step, so the loop
+    // stops while three more pixels are left for the plain form.
+    for (; i + 11 <= n; i += 8, dst += 24) {
+        const __m256i v =
+            _mm256_permutevar8x32_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i)), splitHalves);
+        const __m256 stepsA =
+            _mm256_castsi256_ps(TruncatedStepsAvx2(_mm256_castsi256_si128(v), low, factor, last));
+        const __m256 stepsB =
+            _mm256_castsi256_ps(TruncatedStepsAvx2(_mm256_extracti128_si256(v, 1), low, factor, last));
+        const __m256i l = _mm256_castps_si256(_mm256_shuffle_ps(stepsA, stepsB, _MM_SHUFFLE(2, 0, 2, 0)));
+        const __m256i span =
+            _mm256_and_si256(_mm256_castps_si256(_mm256_shuffle_ps(stepsA, stepsB, _MM_SHUFFLE(3, 1, 3, 1))), spanByte);
+        __m256i unsure = _mm256_cmpeq_epi32(_mm256_srli_epi32(l, 8), carryAbove);
+        const __m256i restHigh = _mm256_srli_epi32(_mm256_add_epi32(l, span), 8);
+        __m256i channel[3];
+        for (int c = 0; c < 3; ++c) {
+            // `both` holds a in its low word and b in its high word, so that one
+            // multiply-add of the words gives b - a; only byte 0 of the result counts.
+            const __m256i both = _mm256_i32gather_epi32(pairs[c], span, 4);
+            const __m256i delta = _mm256_madd_epi16(both, riseOfPair);
+            const __m256i product = _mm256_mullo_epi32(_mm256_abs_epi32(delta), restHigh);
+            unsure = _mm256_or_si256(unsure, _mm256_cmpeq_epi32(_mm256_and_si256(product, middleBits), middleBits));
+            // The step takes the sign of b - a (and is 0 where they are equal).
+            channel[c] = _mm256_add_epi32(both, _mm256_sign_epi32(_mm256_srli_epi32(product, 24), delta));
+        }
+        if (!_mm256_testz_si256(unsure, unsure)) {
+            Fit24ValuesPlain(src + i, dst, 8, plan);
+            continue;
+        }
+        // Blue in byte 0, green in byte 1, red in byte 2 of each pixel's lane.
+        const __m256i blueRed = _mm256_blend_epi16(channel[0], _mm256_slli_epi32(channel[2], 16), 0xAA);
+        const __m256i bgr = _mm256_blendv_epi8(blueRed, _mm256_slli_epi32(channel[1], 8), greenByte);
+        const __m256i packed = _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8(bgr, packPixels), joinHalves);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), packed);
+    }
+    Fit24ValuesPlain(src + i, dst, n - i, plan);
+}
+
 #endif
 
 }  // namespace
@@ -371,6 +448,11 @@ void PrepareFit24(const RGBQUAD* table, double low, double high, bool reserveTop
         plan.entries[1][e] = table[e].rgbGreen;
         plan.entries[2][e] = table[e].rgbRed;
     }
+    for (std::uint32_t q = 0; q < 256; ++q) {
+        const std::uint32_t s = q < plan.top ? q : plan.top;
+        for (int c = 0; c < 3; ++c)
+            plan.pairs[c][q] = std::uint32_t(plan.entries[c][s]) | (std::uint32_t(plan.entries[c][s + 1]) << 16);
+    }
 }
 
 void Fit24Values(const int* src, unsigned char* dst, std::size_t n, const Fit24Plan& plan)
@@ -382,6 +464,10 @@ void Fit24Values(const int* src, unsigned char* dst, std::size_t n, const Fit24P
 #if ORLEX_HAVE_X86_PATHS
     if (HasAvx512()) {
         Fit24ValuesAvx512(src, dst, n, plan);
+        return;
+    }
+    if (HasAvx2()) {
+        Fit24ValuesAvx2(src, dst, n, plan);
         return;
     }
 #endif

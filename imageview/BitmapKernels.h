@@ -35,6 +35,10 @@ struct Fit24Plan {
     // The table's blue, green and red bytes by entry, 0..255, which a vector loop keeps
     // in registers and looks up by permutation.
     alignas(64) BYTE entries[3][256] = {};
+    // The ends of span q per channel for a 32-bit gather: entry q in the low 16 bits,
+    // entry q + 1 in the high 16 bits. Spans above `top` repeat the top one, which is
+    // the rule's clamp of the span, so that a loop indexing by the raw span needs none.
+    alignas(64) std::uint32_t pairs[3][256] = {};
 };
 
 // One channel of the interpolation in integers: a + trunc((b - a) / 4294967295.0 * r)
@@ -57,8 +61,8 @@ void Fit24Values(const int* src, unsigned char* dst, std::size_t n, const Fit24P
 // Whether the vector forms of the loops may be used where the processor has them
 // (default true). Tests switch them off to check the plain forms on the same machine.
 void UseVectorKernels(bool use);
-// Whether the AVX-512 forms may be used (default true); off, the scaling takes its AVX2
-// form where there is one, so that tests reach it on a processor that has both.
+// Whether the AVX-512 forms may be used (default true); off, the loops take their AVX2
+// forms where the processor has them, so that tests reach those on one that has both.
 void UseAvx512Kernels(bool use);
 
 // Sets the listed positions below `count` to index 255 (8-bit pixels).

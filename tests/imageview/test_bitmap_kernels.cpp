@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <iterator>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -180,15 +181,26 @@ std::vector<int> CrowdedValues(double low, double high, bool reserveTop, std::mt
     return v;
 }
 
-// Runs Fit24Values with the vector forms on or off; `offset` moves the output off any
-// alignment.
-std::vector<unsigned char> RunFit(const std::vector<int>& data, const orlex::bitmap::Fit24Plan& plan, bool vector,
-                               std::size_t offset)
+// The forms of the interpolation loop a test can pick on this machine: the widest vector
+// form, the AVX2 one (the widest where there is no AVX-512) and the plain one.
+enum class Form { Widest, Avx2, Plain };
+
+struct VectorForm {
+    Form form;
+    const char* name;
+};
+constexpr VectorForm kVectorForms[] = {{Form::Widest, "widest vector form"}, {Form::Avx2, "AVX2 form"}};
+
+// Runs Fit24Values in the given form; `offset` moves the output off any alignment.
+std::vector<unsigned char> RunFit(const std::vector<int>& data, const orlex::bitmap::Fit24Plan& plan, Form form,
+                                  std::size_t offset)
 {
-    std::vector<unsigned char> out(data.size() * 3 + offset + 8, 0xEE);
-    orlex::bitmap::UseVectorKernels(vector);
+    std::vector<unsigned char> out(data.size() * 3 + offset + 40, 0xEE);
+    orlex::bitmap::UseVectorKernels(form != Form::Plain);
+    orlex::bitmap::UseAvx512Kernels(form == Form::Widest);
     orlex::bitmap::Fit24Values(data.data(), out.data() + offset, data.size(), plan);
     orlex::bitmap::UseVectorKernels(true);
+    orlex::bitmap::UseAvx512Kernels(true);
     for (std::size_t i = 0; i < offset; ++i) EXPECT_EQ(out[i], 0xEE) << "written before the run";
     for (std::size_t i = offset + data.size() * 3; i < out.size(); ++i) EXPECT_EQ(out[i], 0xEE) << "written past it";
     return std::vector<unsigned char>(out.begin() + offset, out.begin() + offset + data.size() * 3);
@@ -221,14 +233,18 @@ TEST(Fit24Loops, MatchTheRuleAtSpanBoundariesAndLimits)
                 auto plan = std::make_unique<orlex::bitmap::Fit24Plan>();
                 orlex::bitmap::PrepareFit24(table.table.data(), lim.low, lim.high, reserveTop, *plan);
                 const std::vector<int> data = CrowdedValues(lim.low, lim.high, reserveTop, rng);
-                const std::vector<unsigned char> fast = RunFit(data, *plan, true, 1);
-                const std::vector<unsigned char> plain = RunFit(data, *plan, false, 0);
+                const std::vector<unsigned char> plain = RunFit(data, *plan, Form::Plain, 0);
+                std::vector<unsigned char> fast[std::size(kVectorForms)];
+                for (std::size_t f = 0; f < std::size(kVectorForms); ++f)
+                    fast[f] = RunFit(data, *plan, kVectorForms[f].form, 1 + f);
                 for (std::size_t i = 0; i < data.size(); ++i) {
                     const RGBQUAD want = TableInterpolation::LinearFit24Bit(
                         const_cast<RGBQUAD*>(table.table.data()), double(data[i]), lim.low, lim.high, reserveTop);
                     const unsigned char bgr[3] = {want.rgbBlue, want.rgbGreen, want.rgbRed};
                     ASSERT_EQ(std::memcmp(plain.data() + 3 * i, bgr, 3), 0) << "plain, value " << data[i];
-                    ASSERT_EQ(std::memcmp(fast.data() + 3 * i, bgr, 3), 0) << "vector, value " << data[i];
+                    for (std::size_t f = 0; f < std::size(kVectorForms); ++f)
+                        ASSERT_EQ(std::memcmp(fast[f].data() + 3 * i, bgr, 3), 0)
+                            << kVectorForms[f].name << ", value " << data[i];
                 }
             }
         }
@@ -249,7 +265,9 @@ TEST(Fit24Loops, VectorMatchesPlainOnMillionsOfValuesPerTable)
             for (int& v : data) v = round == 0 ? any(rng) : int(rng() % 640000) - 320000;
             auto plan = std::make_unique<orlex::bitmap::Fit24Plan>();
             orlex::bitmap::PrepareFit24(table.table.data(), low, high, round == 0, *plan);
-            ASSERT_EQ(RunFit(data, *plan, true, 3), RunFit(data, *plan, false, 0)) << table.name << " round " << round;
+            const std::vector<unsigned char> plain = RunFit(data, *plan, Form::Plain, 0);
+            for (const VectorForm& f : kVectorForms)
+                ASSERT_EQ(RunFit(data, *plan, f.form, 3), plain) << f.name << ", " << table.name << " round " << round;
         }
     }
 }
@@ -259,14 +277,45 @@ TEST(Fit24Loops, NullTableIsBlackAndShortRunsWork)
     auto plan = std::make_unique<orlex::bitmap::Fit24Plan>();
     orlex::bitmap::PrepareFit24(nullptr, 0.0, 10.0, true, *plan);
     const std::vector<int> data(40, 7);
-    EXPECT_EQ(RunFit(data, *plan, true, 2), std::vector<unsigned char>(120, 0));
+    for (const VectorForm& f : kVectorForms)
+        EXPECT_EQ(RunFit(data, *plan, f.form, 2), std::vector<unsigned char>(120, 0)) << f.name;
 
+    // Every length across the last few groups of both widths, at every offset within a
+    // pixel and beyond, with values that sweep several spans.
     const std::vector<RGBQUAD> table = Tables()[0].table;
     orlex::bitmap::PrepareFit24(table.data(), -50.0, 50.0, false, *plan);
-    for (std::size_t n = 0; n < 40; ++n) {
+    for (std::size_t n = 0; n < 72; ++n) {
         std::vector<int> part(n);
-        std::iota(part.begin(), part.end(), -20);
-        ASSERT_EQ(RunFit(part, *plan, true, n % 5), RunFit(part, *plan, false, 0)) << n;
+        std::iota(part.begin(), part.end(), -36);
+        const std::vector<unsigned char> plain = RunFit(part, *plan, Form::Plain, 0);
+        for (const VectorForm& f : kVectorForms)
+            for (std::size_t offset = 0; offset < 5; ++offset)
+                ASSERT_EQ(RunFit(part, *plan, f.form, offset), plain) << f.name << ", " << n << " offset " << offset;
+    }
+}
+
+TEST(Fit24Loops, GroupsLeftToThePlainFormSitAmongVectorOnes)
+{
+    // Values whose low half is next to the carry go to the plain form group by group;
+    // the vector stores either side of such a group must not spoil it, wherever in the
+    // run it falls (first, middle, last group, the tail).
+    auto plan = std::make_unique<orlex::bitmap::Fit24Plan>();
+    const std::vector<RGBQUAD> table = Tables()[3].table;
+    orlex::bitmap::PrepareFit24(table.data(), -2147483648.0, 2147483647.0, false, *plan);
+    // Factor 256 * K / 2^32 (just below 256): value -2^31 + k lands at t = k * factor.
+    // A value with t's low half at 2^32 - 100 sits in the carry window of span 254.
+    const double factor = plan->factor;
+    const int nearCarry = int(std::floor(-2147483648.0 + (254.0 * 4294967296.0 + 4294967196.0) / factor));
+    std::mt19937 rng(5);
+    std::uniform_int_distribution<int> any(INT_MIN, INT_MAX);
+    for (std::size_t at : {std::size_t(0), std::size_t(7), std::size_t(8), std::size_t(31), std::size_t(47),
+                           std::size_t(60), std::size_t(63)}) {
+        std::vector<int> data(64);
+        for (int& v : data) v = any(rng);
+        data[at] = nearCarry;
+        const std::vector<unsigned char> plain = RunFit(data, *plan, Form::Plain, 0);
+        for (const VectorForm& f : kVectorForms)
+            ASSERT_EQ(RunFit(data, *plan, f.form, 1), plain) << f.name << ", at " << at;
     }
 }
 
