@@ -35,10 +35,10 @@ struct Fit24Plan {
     // The table's blue, green and red bytes by entry, 0..255, which a vector loop keeps
     // in registers and looks up by permutation.
     alignas(64) BYTE entries[3][256] = {};
-    // The ends of span q per channel for a 32-bit gather: entry q in the low 16 bits,
-    // entry q + 1 in the high 16 bits. Spans above `top` repeat the top one, which is
-    // the rule's clamp of the span, so that a loop indexing by the raw span needs none.
-    alignas(64) std::uint32_t pairs[3][256] = {};
+    // Both ends of span q for one 64-bit gather: blue, green, red of entry q in bytes
+    // 0..2 and of entry q + 1 in bytes 4..6. Spans above `top` repeat the top one, which
+    // is the rule's clamp of the span, so that a loop indexing by the raw span needs none.
+    alignas(64) std::uint64_t ends[256] = {};
 };
 
 // One channel of the interpolation in integers: a + trunc((b - a) / 4294967295.0 * r)
