@@ -5,7 +5,8 @@
 //     (BM_CreateBitmap24Avx2/4096 is the same on the AVX2 form, for processors without AVX-512)
 //   BM_CreateBitmap8BitInvalid/2048/10000 against BM_CreateBitmap8Bit/2048: within 1.2x
 // BM_Fit24Values/4096 is the interpolation loop alone, into memory written before, so
-// that the 24-bit figure splits into computing and the fresh block.
+// that the 24-bit figure splits into computing and the fresh block (BM_Fit24ValuesAvx2 the
+// same on the AVX2 form).
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -172,6 +173,13 @@ void BM_Fit24Values(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * std::int64_t(data.size()));
 }
 
+void BM_Fit24ValuesAvx2(benchmark::State& state)
+{
+    orlex::bitmap::UseAvx512Kernels(false);
+    BM_Fit24Values(state);
+    orlex::bitmap::UseAvx512Kernels(true);
+}
+
 }  // namespace
 
 BENCHMARK(BM_Ref8)->Arg(4096)->Unit(benchmark::kMillisecond);
@@ -181,3 +189,4 @@ BENCHMARK(BM_Ref24)->Arg(4096)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CreateBitmap24)->Arg(4096)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CreateBitmap24Avx2)->Arg(4096)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Fit24Values)->Arg(4096)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Fit24ValuesAvx2)->Arg(4096)->Unit(benchmark::kMillisecond);

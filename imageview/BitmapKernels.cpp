@@ -291,78 +291,138 @@ __attribute__((target("avx2"))) inline __m256i TruncatedStepsAvx2(__m128i v, __m
     return _mm256_castpd_si256(_mm256_add_pd(x, _mm256_set1_pd(4503599627370496.0)));
 }
 
+// The constants of the AVX2 interpolation, made once per run.
+struct Fit24Avx2Constants {
+    __m256d low, factor, last;
+    __m256i nearCarry, middleBits, spanByte, spanOfStep, greenByte, splitHalves, packPixels, joinHalves;
+    const long long* ends;
+};
+
+// What the steps of eight values give before the channels: l, the remainder's top 24 bits
+// (`restHigh`) and the lower and upper entry of each value's span as blue, green, red
+// bytes of its lane, all in value order.
+struct Fit24Avx2Spans {
+    __m256i l, restHigh, lower, upper;
+};
+
+__attribute__((target("avx2"))) inline Fit24Avx2Spans Fit24SpansAvx2(const int* src, const Fit24Avx2Constants& k)
+{
+    const __m256i v =
+        _mm256_permutevar8x32_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src)), k.splitHalves);
+    const __m256i stepsA = TruncatedStepsAvx2(_mm256_castsi256_si128(v), k.low, k.factor, k.last);
+    const __m256i stepsB = TruncatedStepsAvx2(_mm256_extracti128_si256(v, 1), k.low, k.factor, k.last);
+    const __m256 a = _mm256_castsi256_ps(stepsA);
+    const __m256 b = _mm256_castsi256_ps(stepsB);
+    Fit24Avx2Spans out;
+    out.l = _mm256_castps_si256(_mm256_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)));
+    const __m256i span =
+        _mm256_and_si256(_mm256_castps_si256(_mm256_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1))), k.spanByte);
+    out.restHigh = _mm256_srli_epi32(_mm256_add_epi32(out.l, span), 8);
+    // Neighbouring pixels of a scan lie in one span or in the spans either side of it:
+    // then the entries come from broadcast loads of those three, chosen by lane without a
+    // branch, as the choice between one span and several would mispredict at every edge
+    // of a span. Groups spread wider take two gathers (which hold values 0, 1 | 4, 5 and
+    // 2, 3 | 6, 7).
+    const int s0 = _mm256_cvtsi256_si32(span);
+    const int below = s0 - (s0 > 0);  // kept inside the table; a repeat matches nothing new
+    const int above = s0 + (s0 < 255);
+    const __m256i same = _mm256_cmpeq_epi32(span, _mm256_set1_epi32(s0));
+    const __m256i isBelow = _mm256_cmpeq_epi32(span, _mm256_set1_epi32(below));
+    const __m256i isAbove = _mm256_cmpeq_epi32(span, _mm256_set1_epi32(above));
+    if (_mm256_movemask_epi8(_mm256_or_si256(same, _mm256_or_si256(isBelow, isAbove))) == -1) {
+        const int* e = reinterpret_cast<const int*>(k.ends);
+        out.lower = _mm256_blendv_epi8(
+            _mm256_blendv_epi8(_mm256_set1_epi32(e[2 * s0]), _mm256_set1_epi32(e[2 * below]), isBelow),
+            _mm256_set1_epi32(e[2 * above]), isAbove);
+        out.upper = _mm256_blendv_epi8(
+            _mm256_blendv_epi8(_mm256_set1_epi32(e[2 * s0 + 1]), _mm256_set1_epi32(e[2 * below + 1]), isBelow),
+            _mm256_set1_epi32(e[2 * above + 1]), isAbove);
+    } else {
+        const __m256 gotA = _mm256_castsi256_ps(
+            _mm256_i64gather_epi64(k.ends, _mm256_srli_epi64(_mm256_and_si256(stepsA, k.spanOfStep), 32), 8));
+        const __m256 gotB = _mm256_castsi256_ps(
+            _mm256_i64gather_epi64(k.ends, _mm256_srli_epi64(_mm256_and_si256(stepsB, k.spanOfStep), 32), 8));
+        out.lower = _mm256_castps_si256(_mm256_shuffle_ps(gotA, gotB, _MM_SHUFFLE(2, 0, 2, 0)));
+        out.upper = _mm256_castps_si256(_mm256_shuffle_ps(gotA, gotB, _MM_SHUFFLE(3, 1, 3, 1)));
+    }
+    return out;
+}
+
+// The channels of eight values into 24 bytes at dst (32 written, the last 8 to be
+// overwritten after), or false, writing nothing, where the integer form is in doubt.
+__attribute__((target("avx2"))) inline bool Fit24ChannelsAvx2(const Fit24Avx2Spans& s, unsigned char* dst,
+                                                              const Fit24Avx2Constants& k)
+{
+    // All three channels at once: |b - a| and whether the step rises, by byte.
+    const __m256i larger = _mm256_max_epu8(s.lower, s.upper);
+    const __m256i distance = _mm256_sub_epi8(larger, _mm256_min_epu8(s.lower, s.upper));
+    const __m256i rising = _mm256_cmpeq_epi8(larger, s.upper);
+    // Byte 3 of every lane is 0, so red needs no mask after its shift.
+    const __m256i productB = _mm256_mullo_epi32(_mm256_and_si256(distance, k.spanByte), s.restHigh);
+    const __m256i productG =
+        _mm256_mullo_epi32(_mm256_and_si256(_mm256_srli_epi32(distance, 8), k.spanByte), s.restHigh);
+    const __m256i productR = _mm256_mullo_epi32(_mm256_srli_epi32(distance, 16), s.restHigh);
+    // Each doubt shows as a zero among the bits a value lacks of its pattern (bits 8..31
+    // of l, bits 8..23 of a product): one minimum finds a zero among all four.
+    const __m256i lacking = _mm256_min_epu32(
+        _mm256_min_epu32(_mm256_andnot_si256(s.l, k.nearCarry), _mm256_andnot_si256(productB, k.middleBits)),
+        _mm256_min_epu32(_mm256_andnot_si256(productG, k.middleBits), _mm256_andnot_si256(productR, k.middleBits)));
+    if (_mm256_movemask_epi8(_mm256_cmpeq_epi32(lacking, _mm256_setzero_si256())) != 0) return false;
+    // The steps (each product's top byte) to bytes 0, 1, 2 of the lane, then a + step or
+    // a - step by byte.
+    const __m256i blueRed =
+        _mm256_blend_epi16(_mm256_srli_epi32(productB, 24), _mm256_srli_epi32(productR, 8), 0xAA);
+    const __m256i steps = _mm256_blendv_epi8(blueRed, _mm256_srli_epi32(productG, 16), k.greenByte);
+    const __m256i bgr =
+        _mm256_blendv_epi8(_mm256_sub_epi8(s.lower, steps), _mm256_add_epi8(s.lower, steps), rising);
+    const __m256i packed = _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8(bgr, k.packPixels), k.joinHalves);
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), packed);
+    return true;
+}
+
 // The integer method of Fit24ValuesAvx512 on eight values a step, for processors with
 // AVX2 only: the same two exceptions send a group to the plain form. Both ends of a span,
 // all three channels, come with one 64-bit gather from the plan's `ends` (whose spans
-// above the top already repeat the top one): two gathers of four elements a step cost
-// far less than three of eight.
+// above the top already repeat the top one), or one load where a group shares its span;
+// the distances, directions and steps are then worked by byte for all channels at once.
+// The spans of the next group are found while the channels of this one are worked, so
+// that the long chain from value to table entry overlaps the rest.
 __attribute__((target("avx2"))) void Fit24ValuesAvx2(const int* src, unsigned char* dst, std::size_t n,
                                                      const Fit24Plan& plan)
 {
-    const __m256d low = _mm256_set1_pd(plan.low);
-    const __m256d factor = _mm256_set1_pd(plan.factor);
-    const __m256d last = _mm256_set1_pd(plan.lastStep);
-    const __m256i carryAbove = _mm256_set1_epi32(0x00FFFFFF);  // l >> 8 of an l near the carry
-    const __m256i middleBits = _mm256_set1_epi32(0x00FFFF00);
-    const __m256i spanByte = _mm256_set1_epi32(0xFF);
-    const __m256i spanOfStep = _mm256_set1_epi64x(0xFF00000000ll);
-    const __m256i greenByte = _mm256_set1_epi32(0x0000FF00);
+    Fit24Avx2Constants k;
+    k.low = _mm256_set1_pd(plan.low);
+    k.factor = _mm256_set1_pd(plan.factor);
+    k.last = _mm256_set1_pd(plan.lastStep);
+    k.nearCarry = _mm256_set1_epi32(int(0xFFFFFF00u));
+    k.middleBits = _mm256_set1_epi32(0x00FFFF00);
+    k.spanByte = _mm256_set1_epi32(0xFF);
+    k.spanOfStep = _mm256_set1_epi64x(0xFF00000000ll);
+    k.greenByte = _mm256_set1_epi32(0x0000FF00);
     // Values 0, 1, 4, 5 to the low half and 2, 3, 6, 7 to the high half, so that taking
     // the even and odd words of the two step registers gives l and h in value order.
-    const __m256i splitHalves = _mm256_setr_epi32(0, 1, 4, 5, 2, 3, 6, 7);
+    k.splitHalves = _mm256_setr_epi32(0, 1, 4, 5, 2, 3, 6, 7);
     // Blue, green, red of four pixels to the first 12 bytes of each half, then the two
     // halves' 12 bytes together.
-    const __m256i packPixels =
-        _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13,
-                         14, -1, -1, -1, -1);
-    const __m256i joinHalves = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 7, 7);
-    const auto* ends = reinterpret_cast<const long long*>(plan.ends);
+    k.packPixels = _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, 0, 1, 2, 4, 5, 6, 8, 9,
+                                    10, 12, 13, 14, -1, -1, -1, -1);
+    k.joinHalves = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 7, 7);
+    k.ends = reinterpret_cast<const long long*>(plan.ends);
+    // Each group stores 32 bytes of which the last 8 belong to the next group, so a group
+    // is done the vector way only while three more pixels follow it.
     std::size_t i = 0;
-    // Each step stores 32 bytes of which the last 8 belong to the next step, so the loop
-    // stops while three more pixels are left for the plain form.
-    for (; i + 11 <= n; i += 8, dst += 24) {
-        const __m256i v =
-            _mm256_permutevar8x32_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i)), splitHalves);
-        const __m256i stepsA = TruncatedStepsAvx2(_mm256_castsi256_si128(v), low, factor, last);
-        const __m256i stepsB = TruncatedStepsAvx2(_mm256_extracti128_si256(v, 1), low, factor, last);
-        const __m256i endsA = _mm256_i64gather_epi64(ends, _mm256_srli_epi64(_mm256_and_si256(stepsA, spanOfStep), 32), 8);
-        const __m256i endsB = _mm256_i64gather_epi64(ends, _mm256_srli_epi64(_mm256_and_si256(stepsB, spanOfStep), 32), 8);
-        const __m256 a = _mm256_castsi256_ps(stepsA);
-        const __m256 b = _mm256_castsi256_ps(stepsB);
-        const __m256i l = _mm256_castps_si256(_mm256_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)));
-        const __m256i span = _mm256_and_si256(_mm256_castps_si256(_mm256_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1))),
-                                              spanByte);
-        __m256i unsure = _mm256_cmpeq_epi32(_mm256_srli_epi32(l, 8), carryAbove);
-        const __m256i restHigh = _mm256_srli_epi32(_mm256_add_epi32(l, span), 8);
-        // The lower and the upper entry of each value's span as blue, green, red bytes of
-        // its lane, in value order (the gathers hold values 0, 1 | 4, 5 and 2, 3 | 6, 7).
-        const __m256 gotA = _mm256_castsi256_ps(endsA);
-        const __m256 gotB = _mm256_castsi256_ps(endsB);
-        const __m256i lower = _mm256_castps_si256(_mm256_shuffle_ps(gotA, gotB, _MM_SHUFFLE(2, 0, 2, 0)));
-        const __m256i upper = _mm256_castps_si256(_mm256_shuffle_ps(gotA, gotB, _MM_SHUFFLE(3, 1, 3, 1)));
-        // All three channels at once: |b - a| and whether the step rises, by byte.
-        const __m256i larger = _mm256_max_epu8(lower, upper);
-        const __m256i distance = _mm256_sub_epi8(larger, _mm256_min_epu8(lower, upper));
-        const __m256i rising = _mm256_cmpeq_epi8(larger, upper);
-        // Byte 3 of every lane is 0, so red needs no mask after its shift.
-        const __m256i productB = _mm256_mullo_epi32(_mm256_and_si256(distance, spanByte), restHigh);
-        const __m256i productG = _mm256_mullo_epi32(_mm256_and_si256(_mm256_srli_epi32(distance, 8), spanByte), restHigh);
-        const __m256i productR = _mm256_mullo_epi32(_mm256_srli_epi32(distance, 16), restHigh);
-        unsure = _mm256_or_si256(unsure, _mm256_cmpeq_epi32(_mm256_and_si256(productB, middleBits), middleBits));
-        unsure = _mm256_or_si256(unsure, _mm256_cmpeq_epi32(_mm256_and_si256(productG, middleBits), middleBits));
-        unsure = _mm256_or_si256(unsure, _mm256_cmpeq_epi32(_mm256_and_si256(productR, middleBits), middleBits));
-        if (!_mm256_testz_si256(unsure, unsure)) {
-            Fit24ValuesPlain(src + i, dst, 8, plan);
-            continue;
+    if (n >= 11) {
+        Fit24Avx2Spans current = Fit24SpansAvx2(src, k);
+        for (;; i += 8, dst += 24) {
+            const bool another = i + 19 <= n;
+            Fit24Avx2Spans next;
+            if (another) next = Fit24SpansAvx2(src + i + 8, k);
+            if (!Fit24ChannelsAvx2(current, dst, k)) Fit24ValuesPlain(src + i, dst, 8, plan);
+            if (!another) break;
+            current = next;
         }
-        // The steps (each product's top byte) to bytes 0, 1, 2 of the lane, then a + step
-        // or a - step by byte.
-        const __m256i blueRed = _mm256_blend_epi16(_mm256_srli_epi32(productB, 24), _mm256_srli_epi32(productR, 8), 0xAA);
-        const __m256i steps = _mm256_blendv_epi8(blueRed, _mm256_srli_epi32(productG, 16), greenByte);
-        const __m256i bgr =
-            _mm256_blendv_epi8(_mm256_sub_epi8(lower, steps), _mm256_add_epi8(lower, steps), rising);
-        const __m256i packed = _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8(bgr, packPixels), joinHalves);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), packed);
+        i += 8;
+        dst += 24;
     }
     Fit24ValuesPlain(src + i, dst, n - i, plan);
 }

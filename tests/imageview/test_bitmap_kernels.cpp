@@ -3,6 +3,7 @@
 // values crowded at the places where rounding could tell them apart.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <iterator>
 #include <cmath>
@@ -268,6 +269,33 @@ TEST(Fit24Loops, VectorMatchesPlainOnMillionsOfValuesPerTable)
             const std::vector<unsigned char> plain = RunFit(data, *plan, Form::Plain, 0);
             for (const VectorForm& f : kVectorForms)
                 ASSERT_EQ(RunFit(data, *plan, f.form, 3), plain) << f.name << ", " << table.name << " round " << round;
+        }
+    }
+}
+
+TEST(Fit24Loops, VectorMatchesPlainOnSmoothScans)
+{
+    // A scan's neighbouring pixels share a span or lie in the ones either side, which the
+    // vector forms take a shorter way; ramps over the whole range with noise from none to
+    // wider than a span put every lane of a group below, in or above the first lane's
+    // span, at both ends of the table too.
+    std::mt19937 rng(21);
+    std::vector<int> data(1 << 20);
+    for (const Fit24Case& table : Tables()) {
+        for (int noiseBits : {0, 16, 21, 23, 25}) {
+            std::uniform_int_distribution<int> noise(-(1 << noiseBits) + 1, (1 << noiseBits) - 1);
+            for (std::size_t i = 0; i < data.size(); ++i) {
+                const double ramp = -2147483648.0 + 4294967295.0 * double(i) / double(data.size() - 1);
+                data[i] = int(std::clamp(ramp + double(noise(rng)), -2147483648.0, 2147483647.0));
+            }
+            for (bool reserveTop : {true, false}) {
+                auto plan = std::make_unique<orlex::bitmap::Fit24Plan>();
+                orlex::bitmap::PrepareFit24(table.table.data(), -2147483648.0, 2147483647.0, reserveTop, *plan);
+                const std::vector<unsigned char> plain = RunFit(data, *plan, Form::Plain, 0);
+                for (const VectorForm& f : kVectorForms)
+                    ASSERT_EQ(RunFit(data, *plan, f.form, 2), plain)
+                        << f.name << ", " << table.name << " noise 2^" << noiseBits << (reserveTop ? " reserved" : "");
+            }
         }
     }
 }
