@@ -382,11 +382,9 @@ __attribute__((target("avx2"))) inline bool Fit24ChannelsAvx2(const Fit24Avx2Spa
 
 // The integer method of Fit24ValuesAvx512 on eight values a step, for processors with
 // AVX2 only: the same two exceptions send a group to the plain form. Both ends of a span,
-// all three channels, come with one 64-bit gather from the plan's `ends` (whose spans
-// above the top already repeat the top one), or one load where a group shares its span;
-// the distances, directions and steps are then worked by byte for all channels at once.
-// The spans of the next group are found while the channels of this one are worked, so
-// that the long chain from value to table entry overlaps the rest.
+// all three channels, come from the plan's `ends` (whose spans above the top already
+// repeat the top one) by broadcast loads or 64-bit gathers; the distances, directions and
+// steps are then worked by byte for all channels at once.
 __attribute__((target("avx2"))) void Fit24ValuesAvx2(const int* src, unsigned char* dst, std::size_t n,
                                                      const Fit24Plan& plan)
 {
@@ -411,19 +409,8 @@ __attribute__((target("avx2"))) void Fit24ValuesAvx2(const int* src, unsigned ch
     // Each group stores 32 bytes of which the last 8 belong to the next group, so a group
     // is done the vector way only while three more pixels follow it.
     std::size_t i = 0;
-    if (n >= 11) {
-        Fit24Avx2Spans current = Fit24SpansAvx2(src, k);
-        for (;; i += 8, dst += 24) {
-            const bool another = i + 19 <= n;
-            Fit24Avx2Spans next;
-            if (another) next = Fit24SpansAvx2(src + i + 8, k);
-            if (!Fit24ChannelsAvx2(current, dst, k)) Fit24ValuesPlain(src + i, dst, 8, plan);
-            if (!another) break;
-            current = next;
-        }
-        i += 8;
-        dst += 24;
-    }
+    for (; i + 11 <= n; i += 8, dst += 24)
+        if (!Fit24ChannelsAvx2(Fit24SpansAvx2(src + i, k), dst, k)) Fit24ValuesPlain(src + i, dst, 8, plan);
     Fit24ValuesPlain(src + i, dst, n - i, plan);
 }
 
