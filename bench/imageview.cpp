@@ -12,6 +12,7 @@
 #include <memory>
 #include <vector>
 
+#include "bench/reference_loops.h"
 #include "foundation/platform/afxwin.h"
 #include "imageview/ImageView.h"
 
@@ -88,14 +89,7 @@ void BM_Ref24(benchmark::State& state)
     const std::vector<int> data = Image(n);
     std::vector<unsigned char> out(data.size() * 3);
     for (auto _ : state) {
-        const int* src = data.data();
-        unsigned char* dst = out.data();
-        for (std::size_t i = 0, m = data.size(); i < m; ++i, dst += 3) {
-            const unsigned v = unsigned(src[i]);
-            dst[0] = static_cast<unsigned char>(v);
-            dst[1] = static_cast<unsigned char>(v >> 8);
-            dst[2] = static_cast<unsigned char>(v >> 16);
-        }
+        orlex::bench::ThreeBytesEach(data.data(), out.data(), data.size());
         benchmark::DoNotOptimize(out.data());
         benchmark::ClobberMemory();
     }

@@ -972,20 +972,15 @@ static BOOL SetExtent(HDC hdc, SIZE DcAttrs::*which, int cx, int cy, LPSIZE old)
 }
 BOOL SetViewportExtEx(HDC hdc, int cx, int cy, LPSIZE old) { return SetExtent(hdc, &DcAttrs::vExt, cx, cy, old); }
 BOOL SetWindowExtEx(HDC hdc, int cx, int cy, LPSIZE old) { return SetExtent(hdc, &DcAttrs::wExt, cx, cy, old); }
-BOOL SetViewportOrgEx(HDC hdc, int x, int y, LPPOINT old) {
+static BOOL SetOrigin(HDC hdc, POINT DcAttrs::*which, int x, int y, LPPOINT old) {
     Dc* dc = D(hdc);
     if (!dc) return FALSE;
-    if (old) *old = dc->a.vOrg;
-    dc->a.vOrg = POINT{x, y};
+    if (old) *old = dc->a.*which;
+    dc->a.*which = POINT{x, y};
     return TRUE;
 }
-BOOL SetWindowOrgEx(HDC hdc, int x, int y, LPPOINT old) {
-    Dc* dc = D(hdc);
-    if (!dc) return FALSE;
-    if (old) *old = dc->a.wOrg;
-    dc->a.wOrg = POINT{x, y};
-    return TRUE;
-}
+BOOL SetViewportOrgEx(HDC hdc, int x, int y, LPPOINT old) { return SetOrigin(hdc, &DcAttrs::vOrg, x, y, old); }
+BOOL SetWindowOrgEx(HDC hdc, int x, int y, LPPOINT old) { return SetOrigin(hdc, &DcAttrs::wOrg, x, y, old); }
 BOOL OffsetWindowOrgEx(HDC hdc, int dx, int dy, LPPOINT old) {
     Dc* dc = D(hdc);
     if (!dc) return FALSE;
