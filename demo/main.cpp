@@ -5,8 +5,10 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "demo/demo.h"
 #include "foundation/OrlexUI.h"
@@ -43,6 +45,18 @@ const Scene kScenes[] = {
     {"colour tables", DemoColourTablesScene, CRect(5, 335, 640, 560)},
     {"controls", DemoControlsScene, CRect(650, 335, 1135, 560)},
     {"colour bar", DemoColourBarScene, CRect(1280, 5, 1640, 325)},
+};
+
+// Scenes with a top-level window and a screenshot of their own (the main window's layout
+// stays as it is). A new one is one more line here; `size` is the client size.
+struct WindowScene {
+    const char* file;
+    const char* title;
+    bool (*build)(CWnd*, const CRect&);
+    CSize size;
+};
+const WindowScene kWindowScenes[] = {
+    {nullptr, nullptr, nullptr, CSize()},  // keeps the table well-formed while it has no scene
 };
 
 // Lets timers and paints run for a while on the real clock.
@@ -82,6 +96,29 @@ int main(int argc, char** argv) {
     for (const Scene& s : kScenes)
         if (!s.build(&main, s.area)) std::fprintf(stderr, "scene \"%s\" could not be built\n", s.name);
 
+    // The scenes with windows of their own, stacked below the main window.
+    std::vector<std::unique_ptr<CWnd>> own;
+    std::vector<const char*> ownFiles;
+    int top = 640;
+    for (const WindowScene& s : kWindowScenes) {
+        if (!s.build) continue;
+        auto w = std::make_unique<CWnd>();
+        if (!w->CreateEx(0, cls, s.title, WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN,
+                         CRect(20, top, 20 + s.size.cx, top + s.size.cy), nullptr, 0)) {
+            std::fprintf(stderr, "the window of scene \"%s\" could not be made\n", s.title);
+            continue;
+        }
+        w->GetWindowRect(&wr);
+        w->GetClientRect(&cr);
+        w->MoveWindow(wr.left, wr.top, s.size.cx + wr.Width() - cr.Width(), s.size.cy + wr.Height() - cr.Height());
+        if (!s.build(w.get(), CRect(0, 0, s.size.cx, s.size.cy)))
+            std::fprintf(stderr, "scene \"%s\" could not be built\n", s.title);
+        w->UpdateWindow();
+        top += 40;
+        own.push_back(std::move(w));
+        ownFiles.push_back(s.file);
+    }
+
     // The colour adjustment dialog, modeless, beside the main window.
     CDialog adjust;
     if (adjust.Create(10005u, &main)) {
@@ -120,7 +157,8 @@ int main(int argc, char** argv) {
     std::filesystem::create_directories(out, ec);
     const std::string dir = std::filesystem::absolute(out, ec).string();
     struct Shot { CWnd* wnd; const char* file; };
-    const Shot shots[] = {{&main, "main.png"}, {&adjust, "color-adjustment.png"}, {&style, "grid-style.png"}};
+    std::vector<Shot> shots = {{&main, "main.png"}, {&adjust, "color-adjustment.png"}, {&style, "grid-style.png"}};
+    for (std::size_t i = 0; i < own.size(); ++i) shots.push_back({own[i].get(), ownFiles[i]});
     int written = 0;
     for (const Shot& s : shots) {
         const std::string path = dir + "/" + s.file;
@@ -128,9 +166,10 @@ int main(int argc, char** argv) {
         else std::fprintf(stderr, "could not write %s\n", path.c_str());
     }
     std::printf("orlexUI demo: %d screenshots in %s\n", written, dir.c_str());
+    for (auto& w : own) w->DestroyWindow();
     style.DestroyWindow();
     adjust.DestroyWindow();
     main.DestroyWindow();
     OrlexUI::Shutdown();
-    return written == static_cast<int>(sizeof shots / sizeof shots[0]) ? 0 : 1;
+    return written == static_cast<int>(shots.size()) ? 0 : 1;
 }
