@@ -65,6 +65,12 @@ public:
     virtual void operator=(const CGridCellBase& cell);
     virtual void Reset() { m_nState = 0; }
 
+    // Paints the cell into rect (inclusive pixels): background, selection or focus, the
+    // fixed cells' edges, image, sort arrow and text. bEraseBkgnd paints a background that
+    // is the default cell's; an own one always paints. 0 without a grid, a context or a
+    // rectangle of at least one pixel.
+    virtual BOOL Draw(CDC* pDC, int nRow, int nCol, CRect rect, BOOL bEraseBkgnd = TRUE);
+
     // Moves pRect's left edge past the cell's image (if the grid's list knows it) and the
     // margin; always 1.
     virtual BOOL GetTextRect(LPRECT pRect);

@@ -19,6 +19,8 @@ constexpr const char* kGridClassName = "MFCGridCtrl";
 }  // namespace
 
 BEGIN_MESSAGE_MAP(CGridCtrl, CWnd)
+    ON_WM_PAINT()
+    ON_WM_ERASEBKGND()
     ON_WM_SIZE()
     ON_WM_HSCROLL()
     ON_WM_VSCROLL()

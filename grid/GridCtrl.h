@@ -296,8 +296,18 @@ public:
     void InvalidateCellRect(const CCellID& cell) { InvalidateCellRect(cell.row, cell.col); }
     // The range clipped to the visible scrolled cells.
     void InvalidateCellRect(const CCellRange& cellRange);
+    // Draws the cell at once (with a context of the window when pDC is null), then its own
+    // right and bottom grid lines; FALSE when it is not visible or drawing is off.
     BOOL RedrawCell(int nRow, int nCol, CDC* pDC = nullptr);
     BOOL RedrawCell(const CCellID& cell, CDC* pDC = nullptr) { return RedrawCell(cell.row, cell.col, pDC); }
+    // Every cell of the row or column on one context; TRUE only if each was drawn.
+    BOOL RedrawRow(int row);
+    BOOL RedrawColumn(int col);
+    // The whole picture: background, the four passes (fixed corner, fixed columns, fixed
+    // rows, scrolled cells) within the clip box, grid lines.
+    virtual void OnDraw(CDC* pDC);
+    // The areas outside and behind the cells, within the clip box.
+    void EraseBkgnd(CDC* pDC);
 
     // Selection and focus -------------------------------------------------------------------
     // Returns the previous focus cell; a cell in the fixed part is raised out of it.
@@ -339,6 +349,8 @@ protected:
     void SelectCells(CCellID currentCell, BOOL bForceRedraw = FALSE, BOOL bSelectCells = TRUE);
 
     // Handlers.
+    void OnPaint() override;
+    BOOL OnEraseBkgnd(CDC* pDC) override;
     void OnSize(UINT nType, int cx, int cy) override;
     void OnHScroll(UINT nSBCode, UINT nPos, CScrollBar* pScrollBar) override;
     void OnVScroll(UINT nSBCode, UINT nPos, CScrollBar* pScrollBar) override;

@@ -197,14 +197,3 @@ void CGridCtrl::SetListMode(BOOL bEnableListMode)
     SetFixedRowSelection(FALSE);
     Refresh();
 }
-
-BOOL CGridCtrl::RedrawCell(int nRow, int nCol, CDC* pDC)
-{
-    if (!m_bAllowDraw || !IsCellVisible(nRow, nCol))
-        return FALSE;
-    CRect rect;
-    if (!GetCellRect(nRow, nCol, &rect))
-        return FALSE;
-    InvalidateCellRect(nRow, nCol);
-    return TRUE;
-}
