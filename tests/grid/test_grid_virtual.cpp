@@ -128,16 +128,17 @@ TEST_F(Virtual, SizingHintsFrameTheRequests)
 {
     grid.SetAutoSizeStyle(GVS_BOTH);
     ASSERT_TRUE(grid.AutoSizeColumn(2));
+    // The sizing's own notices come first (a paint may follow when a bar comes or goes).
     const auto& n = host.notices;
-    ASSERT_EQ(n.size(), 12u);
-    EXPECT_EQ(n.front().code, GVN_ODCACHEHINT);
-    EXPECT_EQ(n.front().range, CCellRange(0, 2, 9, 2));
-    for (size_t i = 1; i + 1 < n.size(); ++i) {
+    ASSERT_GE(n.size(), 12u);
+    EXPECT_EQ(n[0].code, GVN_ODCACHEHINT);
+    EXPECT_EQ(n[0].range, CCellRange(0, 2, 9, 2));
+    for (size_t i = 1; i < 11; ++i) {
         EXPECT_EQ(n[i].code, GVN_GETDISPINFO);
         EXPECT_EQ(n[i].row, int(i - 1));
     }
-    EXPECT_EQ(n.back().code, GVN_ODCACHEHINT);
-    EXPECT_EQ(n.back().range, CCellRange(-1, -1, -1, -1));
+    EXPECT_EQ(n[11].code, GVN_ODCACHEHINT);
+    EXPECT_EQ(n[11].range, CCellRange(-1, -1, -1, -1));
     // The widest text measured sets the width.
     int widest = 0;
     for (int r = 0; r < 10; ++r)
