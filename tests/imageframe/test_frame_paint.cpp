@@ -3,6 +3,8 @@
 // step buttons' states.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <vector>
 
 #include "frame_test_util.h"
@@ -216,6 +218,35 @@ TEST_F(FramePaint, ZoomStepButtonsFollowTheZoomList)
     view.SetOneZoom(1);
     view.ZoomTo(0, 0);
     EXPECT_TRUE(states().first);  // one-zoom mode can always zoom in
+}
+
+TEST_F(FramePaint, BadSizesAndRanges)
+{
+    // A frame smaller than its margins paints only itself.
+    const std::vector<COLORREF> around = Shown(host, CRect(0, 0, 60, 60));
+    {
+        CBorderCon tiny(false, 0);
+        CRect rect(10, 10, 30, 25);
+        ASSERT_TRUE(tiny.Create(7, &host, 0, &rect, 0));
+        std::vector<int> d(16, 1);
+        tiny.DrawImage(d.data(), 4, 4, 1e-5, 0.5, 1.0, 1.0, "m", {});
+        std::vector<COLORREF> after = Shown(host, CRect(0, 0, 60, 60)), before = around;
+        for (int y = 10; y < 25; ++y)
+            for (int x = 10; x < 30; ++x) after[std::size_t(y) * 60 + x] = before[std::size_t(y) * 60 + x] = 0;
+        EXPECT_EQ(after, before);
+    }
+    // A z range of infinity or NaN is not taken: the label stays.
+    CBorderCon frame(true, 0);
+    Make(frame, 300, 300);
+    const CRect label(200, 0, 273, 22);
+    frame.ResetZScale(2e-3, "V", true);
+    const std::vector<COLORREF> shown = Shown(frame, label);
+    for (double bad : {std::numeric_limits<double>::infinity(), std::nan(""), 1e39}) {
+        frame.ResetZScale(bad, "V", true);
+        EXPECT_EQ(Shown(frame, label), shown) << bad;
+    }
+    frame.ResetZScale(3e-3, "V", true);
+    EXPECT_NE(Shown(frame, label), shown);
 }
 
 }  // namespace
