@@ -2,6 +2,6 @@
 
 void IMAGE_ATTRIBUTES::SetString(int type, const char* text)
 {
-    const int i = KindIndex(type);
-    if (i >= 0) m_strCursorTypes[i] = text ? text : "";
+    const int i = FlagIndex(type);
+    if (i >= 0) m_strLabels[i] = text ? text : "";
 }

@@ -3,7 +3,7 @@
 // reads and writes the fields directly.
 #pragma once
 
-#include "cursors/ImageCursorTypes.h"
+#include "cursors/CursorTypes.h"
 
 struct IMAGE_ATTRIBUTES : public IMAGE_CURSOR_TYPES {
     // Replaces the menu label of one cursor type id; an id without a label does nothing.

@@ -4,10 +4,10 @@
 
 #include "foundation/platform/afxstr.h"
 
-// Number of kinds with a flag and a label (every type id but the tip and the two notices).
-constexpr int kCursorKindCount = 18;
-
 struct IMAGE_CURSOR_TYPES {
+    // Number of kinds with a flag and a label (every type id but the tip and the two notices).
+    static constexpr int kCount = 18;
+
     // Flags all 0; labels the kinds' own menu texts ("&Box", "&Square Box", ...).
     IMAGE_CURSOR_TYPES();
 
@@ -16,8 +16,8 @@ struct IMAGE_CURSOR_TYPES {
     // Clears every flag; the labels stay.
     void Reset();
     // The position of a type id among the flags and labels, -1 for an id without one.
-    static int KindIndex(int type);
+    static int FlagIndex(int type);
 
-    int m_nCursorTypes[kCursorKindCount];
-    CString m_strCursorTypes[kCursorKindCount];
+    int m_nTypes[kCount];
+    CString m_strLabels[kCount];
 };
