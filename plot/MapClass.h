@@ -46,6 +46,7 @@ public:
     MarkerManagerHolder& operator=(const MarkerManagerHolder&) { return *this; }
     CMarkerMan* get() const { return p_; }
     CMarkerMan* operator->() const { return p_; }
+    CMarkerMan& operator*() const { return *p_; }
     explicit operator bool() const { return p_ != nullptr; }
 
 private:
@@ -237,10 +238,77 @@ public:
     char GetXPrefix() const { return XPrefix; }
     char GetYPrefix() const { return YPrefix; }
 
-    // ---- markers and zoom (what the repaint needs of them) -------------------------------
+    // ---- markers ---------------------------------------------------------------------------
+    // The mouse on markers: 513 press, 512 move, 514 release; lParam the packed point.
+    void Markers(UINT message, LPARAM lParam);
+    // Deletes the markers of deleteMask (bit 0 vertical, bit 1 horizontal), then makes a
+    // vertical marker with value and width; 1, or 0 when none could be made. Draws nothing.
+    int SetMarker(HDC hdc, double value, int width, int deleteMask);
+    // A new width (and value) for vertical marker index; an equal width does nothing.
+    void SetMarker(int index, double value, int width);
+    // Horizontal marker index (0..2) at value; 1, or 0 when it can't be shown or made.
+    int AddHorzMarker(double value, int index);
+    // The same at the next repaint.
+    void DelayAddHorzMarker(double value, int index);
+    // Removes vertical marker index and its partner (kind 2) or a horizontal one; with
+    // notify, the parent hears of it.
+    void DeleteMarker(int index, int kind, int notify);
+    // Removes markers: bit 0 of mask vertical, bit 1 horizontal.
+    void ClearMarkers(HDC hdc, int mask);
+    // A horizontal marker's range stops its drag; a vertical one's is only stored.
+    void SetMarkerRange(double min, double max, int index, int kind);
+    void ClearMarkerRange(int index, int kind);
+    // Value to pixel and back on the X axis (kind 2) or Y axis (other kinds), types 100
+    // and 300; 0 for a zero span or size.
+    int MarkerDbl2Pix(double value, int kind) const;
+    double MarkerPix2Dbl(int pixel, int kind) const;
+    // A marker within tolerance pixels: true, with its index and kind.
+    bool FindNear(POINTS point, int tolerance, int* index, int* kind);
+    // 1 if point lies in Bound, edges included.
+    int InMap(POINTS point) const;
+    int GetActNorMode() const;
+    void SetActNorMode(int mode);
+    int GetActiveMarkerNum() const;
+    int GetActiveMkrPair() const;
+    int GetMarkerNum() const;
+    MARKERVAL GetMarkers() const;
+    // kind 1 a vertical marker's colour, else a horizontal one's.
+    COLORREF GetMkrColor(int index, int kind) const;
+    void SetMkrColor(int index, COLORREF colour, int kind);
+    void SetDataPointSize(double size);
+    void SetMarkerCursor(HCURSOR cursor);
+    void EnableHorzMarker(int on) { HorzMarkerEnabled = on; }
+    void EnableVertMarkers(int on) { VertMarkersEnabled = on; }
+    void SetReadOnlyMarkers(int on) { ReadOnlyMarkers = on; }
+    // With 1, a dragged marker reports each move to the parent.
+    void TrackMouse(int on) { TrackMouseOn = on; }
+    int AllowMultipledHorzMarkers() const;
+    void AllowMultipledHorzMarkers(int on);
+    // Above 12 is refused; returns the value in force.
+    int SetAllowableMarkers(int n);
+    int GetAllowableMarkers() const { return AllowableMarkers; }
+    CMARKER GetMarker(int index) const;
+    CMARKER GetHorzMarker(int index) const;
+    // Moves or ends the drag of horizontal marker index (message 512, 514, or 0 to place it).
+    void SetHorzMarker(int pixel, UINT message, int index);
     CMarkerMan* GetMarkerMan() const { return MarkerMan.get(); }
+
+    // ---- zoom ------------------------------------------------------------------------------
+    // The rubber band: 516 begin, 512 drag, 517 end, 515 back to the whole plot.
+    void Zoom(UINT message, LPARAM position);
+    // Moves the axes and the zoom window by dx, dy data units; repaints.
+    void PanZoom(double dx, double dy);
+    // left X min, top Y min, right X max, bottom Y max.
+    DRECT GetZoomParms() const { return DRECT{ZoomXMin, ZoomYMin, ZoomXMax, ZoomYMax}; }
+    DRECT GetZoomDataRange() const { return GetZoomParms(); }
+    // state 0 does nothing; otherwise the zoom window is put in force and shown.
+    void SetZoomParms(int state, DRECT r);
+    void SetZoomOffset(double d);
+    void SetZoomRange(double d);
     int GetZoomState() const { return ZoomState; }
     HWND GetWnd() const { return m_hWnd; }
+    // Repaints the window at once (InvalidateRect without erasing, UpdateWindow).
+    void RepaintNow() const;
 
 protected:
     // Chooses EngScale for value on the axis (1000 X, 1100 Y): the power of one
@@ -261,8 +329,8 @@ protected:
     RECT CreateSquare(int x, int y, int size) const { return RECT{x, y, x + size, y + size}; }
     void DrawLegendText(HDC hdc);
     void DrawMarkers(HDC hdc);
-    // Repaints the window at once (InvalidateRect without erasing, UpdateWindow).
-    void RepaintNow() const;
+    // Turns the zoom rectangle into the zoom window (on), or drops it; tells the parent.
+    void DoZoom(int on);
     // Sends MESSAGE_GRID_NOTIFY with the zoom event and a record holding only the window.
     void NotifyZoomEvent() const;
 
@@ -277,6 +345,8 @@ private:
     void ClipToBound(HDC hdc) const;
     // The first pass of DrawCurve: arrays and reduction of slots marked DrawNew.
     void PrepareSlots();
+    void NotifyGrid(WPARAM what, const GRID_NOTIFY& note, bool alsoMouse) const;
+    void DrawBand(HDC hdc) const;
 
 public:
     // ---- fields, in their declared order ----------------------------------------------------

@@ -198,16 +198,6 @@ void MapClass::DrawDiamond(HDC hdc, POINT pt)
     outline(hdc, {{pt.x, pt.y - 3}, {pt.x + 3, pt.y}, {pt.x, pt.y + 3}, {pt.x - 3, pt.y}});
 }
 
-void MapClass::DrawMarkers(HDC hdc)
-{
-    if (!MarkerMan)
-        return;
-    if (Printing)
-        MarkerMan->PrintAll(hdc);
-    else
-        MarkerMan->DrawAll(hdc);
-}
-
 // ---- colours ----------------------------------------------------------------------------------
 
 int MapClass::SetColor(COLORREF& colour, CHOOSECOLORA& dialog)
