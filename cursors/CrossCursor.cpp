@@ -96,11 +96,19 @@ void CCrossCursor::Resize(CWnd* view)
 void CCrossCursor::SetPosition()
 {
     if (!m_hWnd) return;
+    CImageView* view = GetView();
+    CRect old;
+    GetWindowRect(&old);
+    if (view) view->ScreenToClient(&old);
     const CRect r = WindowRect();
-    SetWindowPos(nullptr, r.left, r.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    // The move repaints nothing by itself: the view repaints the old and the new place in
+    // one go, and the cross (a child the view doesn't clip) paints over it.
+    SetWindowPos(nullptr, r.left, r.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | (view ? SWP_NOREDRAW : 0));
     TakeDataPoint();
-    if (CImageView* view = GetView()) {
-        view->InvalidateRect(&r);
+    if (view) {
+        CRect both;
+        both.UnionRect(&old, &r);
+        view->InvalidateRect(&both);
         view->UpdateWindow();
     }
 }

@@ -1,5 +1,7 @@
 #include "cursors/CursorKinds.h"
 
+#include <vector>
+
 #include "cursors/CrossCursor.h"
 #include "imageview/ImageView.h"
 
@@ -36,13 +38,42 @@ const CursorKind kKinds[] = {
     {kCursorHorzLinked, nullptr, nullptr, nullptr},
 };
 
-}  // namespace
-
-const CursorKind* FindCursorKind(int type)
+const CursorKind* BuiltInKind(int type)
 {
     for (const CursorKind& k : kKinds)
         if (k.type == type) return &k;
     return nullptr;
+}
+
+// Rows added at run time; window thread only, like the views that read them.
+std::vector<CursorKind>& AddedKinds()
+{
+    static std::vector<CursorKind> added;
+    return added;
+}
+
+}  // namespace
+
+bool RegisterCursorKind(const CursorKind& kind)
+{
+    const CursorKind* own = BuiltInKind(kind.type);
+    if (own && own->make) return false;
+    UnregisterCursorKind(kind.type);
+    AddedKinds().push_back(kind);
+    return true;
+}
+
+void UnregisterCursorKind(int type)
+{
+    auto& added = AddedKinds();
+    for (auto it = added.begin(); it != added.end();) it = it->type == type ? added.erase(it) : it + 1;
+}
+
+const CursorKind* FindCursorKind(int type)
+{
+    for (const CursorKind& k : AddedKinds())
+        if (k.type == type) return &k;
+    return BuiltInKind(type);
 }
 
 const CRuntimeClass* CursorQueryClass(int type)

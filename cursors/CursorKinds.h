@@ -46,7 +46,14 @@ struct CursorKind {
     CursorPreset preset;
 };
 
-// The row of a type id, or null for an id that has none.
+// Adds the row of a kind the library doesn't make (a host's own kind, or a test's) for a
+// type id without a maker of the library; replaces an earlier added row of the id. False
+// when the library makes that id.
+bool RegisterCursorKind(const CursorKind& kind);
+// Removes an added row.
+void UnregisterCursorKind(int type);
+
+// The row of a type id (added rows first), or null for an id that has none.
 const CursorKind* FindCursorKind(int type);
 // The runtime class that typed queries of the id count, or null.
 const CRuntimeClass* CursorQueryClass(int type);
