@@ -1,13 +1,17 @@
 // Cursor records in archives: the exact bytes, finding the places again on views of another
 // size, and what damaged or strange records get.
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <limits>
 
 #include "cursor_test_util.h"
 #include "cursors/CrossCursor.h"
 #include "foundation/ArchiveVersionControl.h"
 #include "foundation/platform/archive_test_util.h"
+#include "fuzz/view_input.h"
 
 using archive_test::Bytes;
 using archive_test::Cat;
@@ -158,4 +162,39 @@ TEST_F(RecordTest, DamagedAndStrangeRecordsLoadCleanOrRaiseTheirCause)
         orlex::test::Pump();
         SaveCursors();
     }
+}
+
+// The seeds of the view fuzzer: views with two crosses, whole and cursors alone, each
+// setting. ORLEXUI_WRITE_SEEDS=<dir> writes them; otherwise the committed ones must read
+// back to their two crosses.
+TEST_F(RecordTest, TheViewFuzzerSeedsReadBackToTheirCrosses)
+{
+    const fuzzview::Header headers[] = {{false, false, false}, {false, true, true}, {true, false, true}};
+    std::string dir = __FILE__;
+    dir = dir.substr(0, dir.size() - std::strlen("tests/cursors/test_cursor_records.cpp")) + "fuzz/seeds-view/";
+    const char* out = std::getenv("ORLEXUI_WRITE_SEEDS");
+    for (const fuzzview::Header& h : headers) {
+        const std::string name = "view_" + std::to_string(fuzzview::EncodeHeader(h)) + ".bin";
+        fuzzview::Apply(h);
+        if (out) {
+            Show(64, 128, false);
+            view->AddCursor(nullptr, kCursorCross, 0.0, CPoint(30, 40));
+            view->AddCursor(nullptr, kCursorCross, 0.0, CPoint(90, 20));
+            Bytes b = archive_test::Store([&](CArchive& ar) { fuzzview::Serialize(ar, *view, h); });
+            b.insert(b.begin(), fuzzview::EncodeHeader(h));
+            std::ofstream(std::string(out) + "/" + name, std::ios::binary).write(reinterpret_cast<const char*>(b.data()),
+                                                                                std::streamsize(b.size()));
+            delete view;
+            view = nullptr;
+            continue;
+        }
+        std::ifstream in(dir + name, std::ios::binary);
+        ASSERT_TRUE(in.good()) << name;
+        Bytes b((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        ASSERT_FALSE(b.empty());
+        CImageView loaded(false);
+        archive_test::Load(Bytes(b.begin() + 1, b.end()), [&](CArchive& ar) { fuzzview::Serialize(ar, loaded, h); });
+        EXPECT_EQ(loaded.GetNumCursors(kCursorCross), 2) << name;
+    }
+    fuzzview::Apply({false, false, false});
 }
