@@ -19,5 +19,8 @@ bool DemoImageViewScenes(CWnd* parent, const CRect& area);
 // A colour bar wired to an image view (scene_colourbar.cpp), about 360 x 320 pixels.
 bool DemoColourBarScene(CWnd* parent, const CRect& area);
 
+// Image frames: a zoomed off-line frame and a live one mid-scan (scene_frame.cpp).
+bool DemoFrameScene(CWnd* parent, const CRect& area);
+
 // Writes the window (with its frame) as a PNG file; false when it can't be written.
 bool SaveWindowPng(CWnd* wnd, const std::string& path);

@@ -56,7 +56,7 @@ struct WindowScene {
     CSize size;
 };
 const WindowScene kWindowScenes[] = {
-    {nullptr, nullptr, nullptr, CSize()},  // keeps the table well-formed while it has no scene
+    {"frame.png", "image frames", DemoFrameScene, CSize(900, 470)},
 };
 
 // Lets timers and paints run for a while on the real clock.
