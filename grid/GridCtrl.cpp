@@ -16,6 +16,11 @@ IMPLEMENT_DYNCREATE(CGridCtrl, CWnd)
 
 namespace {
 constexpr const char* kGridClassName = "MFCGridCtrl";
+// The commands of the edit menu.
+constexpr UINT kIdEditCopy = 57634;
+constexpr UINT kIdEditCut = 57635;
+constexpr UINT kIdEditPaste = 57637;
+constexpr UINT kIdEditSelectAll = 57642;
 }  // namespace
 
 BEGIN_MESSAGE_MAP(CGridCtrl, CWnd)
@@ -27,6 +32,26 @@ BEGIN_MESSAGE_MAP(CGridCtrl, CWnd)
     ON_WM_GETDLGCODE()
     ON_WM_SYSCOLORCHANGE()
     ON_WM_MOUSEWHEEL()
+    ON_WM_LBUTTONDOWN()
+    ON_WM_LBUTTONUP()
+    ON_WM_LBUTTONDBLCLK()
+    ON_WM_MOUSEMOVE()
+    ON_WM_RBUTTONUP()
+    ON_WM_SETCURSOR()
+    ON_WM_CAPTURECHANGED()
+    ON_WM_TIMER()
+    ON_WM_KEYDOWN()
+    ON_WM_SYSKEYDOWN()
+    ON_WM_CHAR()
+    ON_MESSAGE(WM_IME_CHAR, OnImeChar)
+    ON_COMMAND(kIdEditCopy, OnEditCopy)
+    ON_UPDATE_COMMAND_UI(kIdEditCopy, OnUpdateEditCopy)
+    ON_COMMAND(kIdEditCut, OnEditCut)
+    ON_UPDATE_COMMAND_UI(kIdEditCut, OnUpdateEditCut)
+    ON_COMMAND(kIdEditPaste, OnEditPaste)
+    ON_UPDATE_COMMAND_UI(kIdEditPaste, OnUpdateEditPaste)
+    ON_COMMAND(kIdEditSelectAll, OnEditSelectAll)
+    ON_UPDATE_COMMAND_UI(kIdEditSelectAll, OnUpdateEditSelectAll)
     ON_MESSAGE(WM_SETFONT, OnSetFont)
     ON_MESSAGE(WM_GETFONT, OnGetFont)
 END_MESSAGE_MAP()
@@ -64,8 +89,13 @@ CGridCtrl::CGridCtrl(int nRows, int nCols, int nFixedRows, int nFixedCols)
 CGridCtrl::~CGridCtrl()
 {
     DeleteAllItems();
+    if (m_bTitleTips && ::IsWindow(m_TitleTip.GetSafeHwnd()))
+        m_TitleTip.DestroyWindow();
     if (::IsWindow(m_hWnd))
         DestroyWindow();
+    // Text this grid put on the clipboard stays there after the grid.
+    if (COleDataSource::GetClipboardOwner())
+        COleDataSource::FlushClipboard();
 }
 
 void CGridCtrl::RegisterWindowClass()
@@ -97,6 +127,7 @@ BOOL CGridCtrl::Create(const RECT& rect, CWnd* pParentWnd, UINT nID, DWORD dwSty
         return FALSE;
     }
     m_idTopLeftCell = CCellID();
+    m_TitleTip.m_pParentWnd = this;
     ResetScrollBars();
     return TRUE;
 }
@@ -245,6 +276,8 @@ void CGridCtrl::OnSize(UINT nType, int cx, int cy)
     if (bInside)
         return;
     bInside = TRUE;
+    if (!m_DropTarget.m_bRegistered)
+        m_DropTarget.Register(this);
     EndEditing();
     CWnd::OnSize(nType, cx, cy);
     ResetScrollBars();

@@ -13,13 +13,35 @@
 #include "foundation/platform/afxcoll.h"
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/afxwin.h"
+#include "foundation/platform/afxole.h"
 #include "grid/GridAxis.h"
 #include "grid/GridCell.h"
 #include "grid/GridDefaultCell.h"
+#include "grid/GridDropTarget.h"
 #include "grid/GridTypes.h"
+#include "grid/TitleTip.h"
 
 // One row of the table: a cell pointer per column.
 using GRID_ROW = CTypedPtrArray<CObArray, CGridCellBase*>;
+
+// What a press, a move and a release mean now (m_MouseMode).
+enum GridMouseMode {
+    MouseIdle = 0,
+    MouseSelectAll = 1,
+    MouseSelectColumns = 2,
+    MouseSelectRows = 3,
+    MouseSelectCells = 4,
+    MouseOverRowDivider = 6,
+    MouseSizingRow = 7,
+    MouseOverColumnDivider = 8,
+    MouseSizingColumn = 9,
+    MousePrepareEdit = 10,
+    MousePrepareDrag = 11,
+    MouseDragging = 12,
+};
+
+// The control id of every in-place editor.
+constexpr UINT kInPlaceControlId = 8;
 
 class CGridCtrl : public CWnd {
     DECLARE_DYNCREATE(CGridCtrl)
@@ -323,6 +345,38 @@ public:
     void ResetSelectedRange();
     void SelectAllCells();
 
+    // Editing ----------------------------------------------------------------------------
+    // Opens the cell's editor (after EnsureVisible and the owner's GVN_BEGINLABELEDIT, whose
+    // negative answer refuses): nChar is the first character, VK_LBUTTON when the mouse or F2
+    // opened it. Nothing for a bad, read-only or not editable cell.
+    virtual void OnEditCell(int nRow, int nCol, CPoint point, UINT nChar);
+    // Ends the focus cell's edit; at each press, scroll and resize.
+    virtual void EndEditing();
+    // Clipboard and drag and drop -------------------------------------------------------
+    // The selected range as text (fields joined by TAB, lines by CR LF, unselected cells
+    // empty, hidden rows and columns left out, one NUL) in a new data source the caller
+    // owns; null without a selection.
+    virtual COleDataSource* CopyTextFromGrid();
+    // Empties the selected cells as a paste of "" would; touches no clipboard.
+    virtual void CutSelectedText();
+    // Spreads the text from the cell on (fields at TAB or comma, trimmed; hidden rows and
+    // columns passed over; what falls outside dropped). FALSE for a bad or read-only start
+    // cell, a grid that is not editable, or no text on offer.
+    virtual BOOL PasteTextToGrid(CCellID cell, COleDataObject* pDataObject, BOOL bSelectPastedCells = TRUE);
+    // The commands of the edit menu (ids 57634, 57635, 57637, 57642).
+    virtual void OnEditCopy();
+    virtual void OnEditCut();
+    virtual void OnEditPaste();
+    virtual void OnEditSelectAll();
+    // Starts a drag of the selection as text (with drag and drop on); returns when it ended.
+    virtual void OnBeginDrag();
+    virtual DROPEFFECT OnDragEnter(COleDataObject* pDataObject, DWORD dwKeyState, CPoint point);
+    virtual DROPEFFECT OnDragOver(COleDataObject* pDataObject, DWORD dwKeyState, CPoint point);
+    virtual void OnDragLeave();
+    virtual BOOL OnDrop(COleDataObject* pDataObject, DROPEFFECT dropEffect, CPoint point);
+    // The focus cell's picture in a new image list the caller owns; *pHotSpot its size.
+    virtual CImageList* CreateDragImage(CPoint* pHotSpot);
+
     // Notices: WM_NOTIFY to the owner, or the parent; the answer.
     LRESULT SendMessageToParent(int nRow, int nCol, int nMessage) const;
     LRESULT SendDisplayRequestToParent(GV_DISPINFO* pDisplayInfo) const;
@@ -340,10 +394,16 @@ protected:
     // Cut and paste go this way: editable, not read-only, not refused by the owner.
     BOOL ValidateAndModifyCellContents(int nRow, int nCol, LPCTSTR strText);
     virtual BOOL ValidateEdit(int nRow, int nCol, LPCTSTR str);
-    virtual void EndEditing() {}
 
     // The quicksort of rows low to high (-1: the last row) by the cells of column nCol.
     BOOL SortItems(PFNLVCOMPARE pfnCompare, int nCol, BOOL bAscending, LPARAM data, int low, int high);
+    // Extends the selection to the cell by the mouse mode (all, columns, rows, cells).
+    void OnSelecting(const CCellID& currentCell);
+    virtual void OnFixedRowClick(CCellID& cell);
+    virtual void OnFixedColumnClick(CCellID& cell);
+    // Dividers are only in the headers, closer than the capture range, none left of column 0.
+    BOOL MouseOverRowResizeArea(CPoint point);
+    BOOL MouseOverColumnResizeArea(CPoint point);
     void SelectRows(CCellID currentCell, BOOL bForceRedraw = FALSE, BOOL bSelectCells = TRUE);
     void SelectColumns(CCellID currentCell, BOOL bForceRedraw = FALSE, BOOL bSelectCells = TRUE);
     void SelectCells(CCellID currentCell, BOOL bForceRedraw = FALSE, BOOL bSelectCells = TRUE);
@@ -359,6 +419,24 @@ protected:
     void OnSysColorChange() override;
     // Also reads the wheel setting again; the message map does not route it.
     void OnSettingChange(UINT uFlags, LPCTSTR lpszSection) override;
+    void OnLButtonDown(UINT nFlags, CPoint point) override;
+    void OnLButtonUp(UINT nFlags, CPoint point) override;
+    void OnLButtonDblClk(UINT nFlags, CPoint point) override;
+    void OnMouseMove(UINT nFlags, CPoint point) override;
+    // Not routed: the flag stays 0 unless a derived window calls it.
+    void OnRButtonDown(UINT nFlags, CPoint point) override;
+    void OnRButtonUp(UINT nFlags, CPoint point) override;
+    BOOL OnSetCursor(CWnd* pWnd, UINT nHitTest, UINT message) override;
+    void OnCaptureChanged(CWnd* pWnd) override;
+    void OnTimer(UINT_PTR nIDEvent) override;
+    void OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags) override;
+    void OnSysKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags) override;
+    void OnChar(UINT nChar, UINT nRepCnt, UINT nFlags) override;
+    LRESULT OnImeChar(WPARAM wCharCode, LPARAM lParam);
+    void OnUpdateEditCopy(CCmdUI* pCmdUI);
+    void OnUpdateEditCut(CCmdUI* pCmdUI);
+    void OnUpdateEditPaste(CCmdUI* pCmdUI);
+    void OnUpdateEditSelectAll(CCmdUI* pCmdUI);
     LRESULT OnSetFont(WPARAM hFont, LPARAM lParam);
     LRESULT OnGetFont(WPARAM hFont, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
@@ -432,7 +510,9 @@ public:
     int m_nRowsPerWheelNotch = 3;
     CMap<ULONGLONG, ULONGLONG, CCellID, CCellID&> m_SelectedCellMap;
     CMap<ULONGLONG, ULONGLONG, CCellID, CCellID&> m_PrevSelectedCellMap;
+    CTitleTip m_TitleTip;
     CCellID m_LastDragOverCell;
+    CGridDropTarget m_DropTarget;
     BOOL m_bAscending = TRUE;
     int m_nSortColumn = -1;
     PFNLVCOMPARE m_pfnCompare = nullptr;
@@ -467,6 +547,13 @@ private:
     void InvalidateIfAllowed(const RECT* rect);
     // Shows the memory exception's report.
     static void ReportOutOfMemory();
+    // The title tip over the cell under the pointer, when its text does not fit.
+    void ShowTitleTip(const CCellID& cell, CGridCellBase* pCell);
+    void HideTitleTip();
+    // Sizing by a divider: from the press (mode 8 or 6) to the tracking line and the clip.
+    void StartSizing(CPoint point, BOOL bColumn);
+    // Inverts the 2-pixel tracking line across the client at pos.
+    void InvertTrackLine(int pos, BOOL bVertical);
     void QuickSortRows(PFNLVCOMPARE pfnCompare, BOOL bAscending, LPARAM data, int low, int high,
                        CGridCellBase** keys);
     void SwapRows(int a, int b, CGridCellBase** keys);

@@ -435,6 +435,7 @@ void CGridCtrl::OnVScroll(UINT nSBCode, UINT, CScrollBar*)
 void CGridCtrl::Scroll(int nBar, UINT nSBCode)
 {
     EndEditing();
+    HideTitleTip();
     const bool vert = nBar == SB_VERT;
     orlex::grid::Axis& axis = vert ? m_arRowHeights : m_arColWidths;
     const int count = vert ? m_nRows : m_nCols;

@@ -462,7 +462,7 @@ public:
 
 // CMap -------------------------------------------------------------------------------------
 
-// A hash map from KEY to VALUE with chained buckets (17 by default).
+// A hash map from KEY to VALUE with chained buckets (17 at first, more as entries come).
 template <class KEY, class ARG_KEY, class VALUE, class ARG_VALUE> class CMap : public CObject {
     struct Assoc {
         Assoc* next;
@@ -523,6 +523,10 @@ public:
             return a->value;
         if (m_table.empty())
             InitHashTable(m_nHashTableSize);
+        // The table grows with the entries (about two to a bucket at most), so that lookups
+        // stay short however many there are.
+        if (m_nCount >= 2 * static_cast<INT_PTR>(m_nHashTableSize) && m_nHashTableSize < 0x40000000u)
+            InitHashTable(m_nHashTableSize * 2 + 1);
         const UINT h = HashKey<KEY>(key);
         Assoc*& slot = m_table[h % m_nHashTableSize];
         slot = new Assoc{slot, h, key, VALUE{}};

@@ -248,6 +248,30 @@ TEST(Map, LookupSetRemoveAndWalk)
     EXPECT_EQ(m.GetCount(), static_cast<INT_PTR>(model.size()) + 1);
 }
 
+TEST(Map, TheTableGrowsWithTheEntries)
+{
+    // A million selected cells must not share 17 chains: the buckets follow the count.
+    CMap<ULONGLONG, ULONGLONG, Cell, Cell&> m;
+    EXPECT_EQ(m.GetHashTableSize(), 17u);
+    for (int i = 0; i < 100000; ++i) {
+        Cell c{i, i % 7};
+        m.SetAt(static_cast<ULONGLONG>(i) * 7919u, c);
+    }
+    EXPECT_EQ(m.GetCount(), 100000);
+    EXPECT_GE(m.GetHashTableSize(), 100000u / 2);
+    Cell c;
+    for (int i = 0; i < 100000; i += 997) {
+        ASSERT_TRUE(m.Lookup(static_cast<ULONGLONG>(i) * 7919u, c));
+        EXPECT_EQ(c, (Cell{i, i % 7}));
+    }
+    INT_PTR walked = 0;
+    for (POSITION p = m.GetStartPosition(); p; ++walked) {
+        ULONGLONG k;
+        m.GetNextAssoc(p, k, c);
+    }
+    EXPECT_EQ(walked, 100000);
+}
+
 TEST(Map, StringKeys)
 {
     CMap<CString, const CString&, int, int> m;
