@@ -25,3 +25,6 @@ bool DemoFrameScene(CWnd* parent, const CRect& area);
 
 // Writes the window (with its frame) as a PNG file; false when it can't be written.
 bool SaveWindowPng(CWnd* wnd, const std::string& path);
+// The spreadsheet grid (scene_spreadsheet.cpp): a sorted results table with a selection, its
+// focus and an image column beside a ten-million-line run log in virtual mode.
+bool DemoSpreadsheetScene(CWnd* parent, const CRect& area);

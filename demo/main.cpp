@@ -57,6 +57,7 @@ struct WindowScene {
 };
 const WindowScene kWindowScenes[] = {
     {"frame.png", "image frames", DemoFrameScene, CSize(900, 470)},
+    {"spreadsheet.png", "spreadsheet grid", DemoSpreadsheetScene, CSize(900, 300)},
 };
 
 // Lets timers and paints run for a while on the real clock.

@@ -526,6 +526,9 @@ public:
     int m_nGap = 1;
 
 private:
+    // Scroll messages handled (SB_ENDSCROLL aside), by bar: a key step ends what it scrolled.
+    unsigned m_nScrollsReceived[2] = {0, 0};
+
     void RegisterWindowClass();
     void ReadSystemColours();
     int ReadWheelSetting() const;

@@ -20,7 +20,9 @@ void CGridCtrl::OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags)
     }
     const bool ctrl = KeyDown(VK_CONTROL), shift = KeyDown(VK_SHIFT);
     CCellID next = m_idCurrentCell;
-    bool bChangeLine = false, bHorzScroll = false, bVertScroll = false;
+    bool bChangeLine = false;
+    // Every scroll message the step sends, itself or through EnsureVisible, is ended.
+    const unsigned hScrolls = m_nScrollsReceived[SB_HORZ], vScrolls = m_nScrollsReceived[SB_VERT];
 
     if (ctrl) {
         switch (nChar) {
@@ -102,7 +104,6 @@ void CGridCtrl::OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags)
         const bool down = nChar == VK_NEXT;
         const CCellID before = GetTopleftNonFixedCell();
         SendMessage(WM_VSCROLL, down ? SB_PAGEDOWN : SB_PAGEUP, 0);
-        bVertScroll = true;
         const int moved = GetTopleftNonFixedCell().row - before.row;
         if (moved)
             next.row = std::clamp(next.row + moved, m_nFixedRows, m_nRows - 1);
@@ -111,11 +112,9 @@ void CGridCtrl::OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags)
     } else if (nChar == VK_HOME) {
         if (ctrl) {
             SendMessage(WM_VSCROLL, SB_TOP, 0);
-            bVertScroll = true;
             next.row = m_nFixedRows;
         }
         SendMessage(WM_HSCROLL, SB_LEFT, 0);
-        bHorzScroll = true;
         next.col = m_nFixedCols;
         while (next.col < m_nCols - 1 && GetColumnWidth(next.col) < 1)
             ++next.col;
@@ -124,11 +123,9 @@ void CGridCtrl::OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags)
     } else if (nChar == VK_END) {
         if (ctrl) {
             SendMessage(WM_VSCROLL, SB_BOTTOM, 0);
-            bVertScroll = true;
             next.row = m_nRows - 1;
         }
         SendMessage(WM_HSCROLL, SB_RIGHT, 0);
-        bHorzScroll = true;
         next.col = m_nCols - 1;
         while (next.col > m_nFixedCols + 1 && GetColumnWidth(next.col) < 1)
             --next.col;
@@ -159,28 +156,22 @@ void CGridCtrl::OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags)
         switch (nChar) {
         case VK_RIGHT:
             SendMessage(WM_HSCROLL, SB_LINERIGHT, 0);
-            bHorzScroll = true;
             break;
         case VK_LEFT:
             SendMessage(WM_HSCROLL, SB_LINELEFT, 0);
-            bHorzScroll = true;
             break;
         case VK_DOWN:
             SendMessage(WM_VSCROLL, SB_LINEDOWN, 0);
-            bVertScroll = true;
             break;
         case VK_UP:
             SendMessage(WM_VSCROLL, SB_LINEUP, 0);
-            bVertScroll = true;
             break;
         case VK_TAB:
             if (bChangeLine) {
                 SendMessage(WM_VSCROLL, shift ? SB_LINEUP : SB_LINEDOWN, 0);
-                bVertScroll = true;
                 SetScrollPos32(SB_HORZ, shift ? m_nHScrollMax : 0);
             } else {
                 SendMessage(WM_HSCROLL, shift ? SB_LINELEFT : SB_LINERIGHT, 0);
-                bHorzScroll = true;
             }
             break;
         default:
@@ -190,9 +181,9 @@ void CGridCtrl::OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags)
         Refresh();
     }
     EnsureVisible(next);
-    if (bHorzScroll)
+    if (m_nScrollsReceived[SB_HORZ] != hScrolls)
         SendMessage(WM_HSCROLL, SB_ENDSCROLL, 0);
-    if (bVertScroll)
+    if (m_nScrollsReceived[SB_VERT] != vScrolls)
         SendMessage(WM_VSCROLL, SB_ENDSCROLL, 0);
 }
 

@@ -424,11 +424,15 @@ void CGridCtrl::ResetScrollBars()
 
 void CGridCtrl::OnHScroll(UINT nSBCode, UINT, CScrollBar*)
 {
+    if (nSBCode != SB_ENDSCROLL)
+        ++m_nScrollsReceived[SB_HORZ];
     Scroll(SB_HORZ, nSBCode);
 }
 
 void CGridCtrl::OnVScroll(UINT nSBCode, UINT, CScrollBar*)
 {
+    if (nSBCode != SB_ENDSCROLL)
+        ++m_nScrollsReceived[SB_VERT];
     Scroll(SB_VERT, nSBCode);
 }
 

@@ -88,6 +88,31 @@ void GridFixture::MakeGrid(int w, int h, DWORD style)
     orlex::test::Pump();
 }
 
+std::vector<COLORREF> ClientPixels(HWND hwnd)
+{
+    RECT r;
+    ::GetClientRect(hwnd, &r);
+    return orlex::test::Pixels(hwnd, r);
+}
+
+std::vector<COLORREF> DrawnPixels(int w, int h, const std::function<void(CDC&)>& draw, const RECT& rect)
+{
+    CDC dc;
+    dc.CreateCompatibleDC(nullptr);
+    CBitmap bmp;
+    bmp.CreateCompatibleBitmap(&dc, w, h);
+    CBitmap* old = dc.SelectObject(&bmp);
+    const CRect all(0, 0, w, h);
+    dc.FillSolidRect(&all, RGB(255, 255, 255));
+    draw(dc);
+    std::vector<COLORREF> out;
+    for (LONG y = rect.top; y < rect.bottom; ++y)
+        for (LONG x = rect.left; x < rect.right; ++x)
+            out.push_back(dc.GetPixel(x, y));
+    dc.SelectObject(old);
+    return out;
+}
+
 CSize MessageFontExtent(const char* text)
 {
     NONCLIENTMETRICS ncm{};

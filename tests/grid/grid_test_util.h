@@ -51,7 +51,15 @@ protected:
 class RecordingGrid : public CGridCtrl {
 public:
     std::vector<std::pair<UINT, UINT>> scrolls;
+    std::vector<CRect> paints;  // the clip box of each OnDraw
     int Count(UINT message, UINT code) const;
+    void OnDraw(CDC* pDC) override
+    {
+        CRect clip;
+        pDC->GetClipBox(&clip);
+        paints.push_back(clip);
+        CGridCtrl::OnDraw(pDC);
+    }
 
 protected:
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
@@ -74,6 +82,11 @@ protected:
     Host host;
     RecordingGrid grid;
 };
+
+// Every client pixel of a window, row by row.
+std::vector<COLORREF> ClientPixels(HWND hwnd);
+// The colours a context shows in rect after draw(dc) on a white memory bitmap of size w x h.
+std::vector<COLORREF> DrawnPixels(int w, int h, const std::function<void(CDC&)>& draw, const RECT& rect);
 
 // The size the default cell takes for its font, measured as the grid's default does.
 CSize DefaultCellSize();
