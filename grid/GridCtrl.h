@@ -530,6 +530,8 @@ private:
     unsigned m_nScrollsReceived[2] = {0, 0};
 
     void RegisterWindowClass();
+    // Sets or clears bit 0x02 of a cell through SetItemState.
+    void MarkSelected(int nRow, int nCol, bool bSelected);
     void ReadSystemColours();
     int ReadWheelSetting() const;
     // The end of every table change: the sort mark cleared, modified, bars reset.

@@ -108,29 +108,40 @@ void CGridCtrl::OnDraw(CDC* pDC)
     pass(0, m_nFixedRows - 1, idTopLeft.col, visible.GetMaxCol(), fixedW, 0, true);
     pass(idTopLeft.row, visible.GetMaxRow(), idTopLeft.col, visible.GetMaxCol(), fixedW, fixedH, true);
 
+    // Grid lines: only their parts inside the clip box are drawn (the rest would not show).
     CPen pen;
     if (pen.CreatePen(PS_SOLID, 0, m_crGridLineColour)) {
         pDC->SelectObject(&pen);
         if (m_nGridLines == GVL_BOTH || m_nGridLines == GVL_VERT) {
+            const int y0 = std::max<int>(fixedH, clip.top), y1 = std::min<int>(visRect.bottom, clip.bottom);
             int x = fixedW;
-            for (int col = idTopLeft.col; col <= visible.GetMaxCol(); ++col) {
+            for (int col = idTopLeft.col; col <= visible.GetMaxCol() && y0 < y1; ++col) {
                 const int w = GetColumnWidth(col);
                 if (w <= 0)
                     continue;
                 x += w;
-                pDC->MoveTo(x - 1, fixedH);
-                pDC->LineTo(x - 1, visRect.bottom);
+                if (x - 1 < clip.left)
+                    continue;
+                if (x - 1 >= clip.right)
+                    break;
+                pDC->MoveTo(x - 1, y0);
+                pDC->LineTo(x - 1, y1);
             }
         }
         if (m_nGridLines == GVL_BOTH || m_nGridLines == GVL_HORZ) {
+            const int x0 = std::max<int>(fixedW, clip.left), x1 = std::min<int>(visRect.right, clip.right);
             int y = fixedH;
-            for (int row = idTopLeft.row; row <= visible.GetMaxRow(); ++row) {
+            for (int row = idTopLeft.row; row <= visible.GetMaxRow() && x0 < x1; ++row) {
                 const int h = GetRowHeight(row);
                 if (h <= 0)
                     continue;
                 y += h;
-                pDC->MoveTo(fixedW, y - 1);
-                pDC->LineTo(visRect.right, y - 1);
+                if (y - 1 < clip.top)
+                    continue;
+                if (y - 1 >= clip.bottom)
+                    break;
+                pDC->MoveTo(x0, y - 1);
+                pDC->LineTo(x1, y - 1);
             }
         }
     }

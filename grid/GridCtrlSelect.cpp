@@ -4,6 +4,11 @@
 
 #include "grid/GridCtrl.h"
 
+namespace {
+// The most cells a virtual grid's selection holds (the map spends some 50 bytes on each).
+constexpr double kMaxVirtualSelection = 1 << 24;
+}  // namespace
+
 CCellID CGridCtrl::SetFocusCell(CCellID cell)
 {
     if (cell == m_idCurrentCell)
@@ -101,7 +106,7 @@ void CGridCtrl::SetSelectedRange(int nMinRow, int nMinCol, int nMaxRow, int nMax
                 m_SelectedCellMap.RemoveKey(key);
                 continue;
             }
-            SetItemState(cell.row, cell.col, GetItemState(cell.row, cell.col) & ~GVIS_SELECTED);
+            MarkSelected(cell.row, cell.col, false);
             if (!newRange.InRange(cell))
                 redraw(cell.row, cell.col);
         }
@@ -116,23 +121,38 @@ void CGridCtrl::SetSelectedRange(int nMinRow, int nMinCol, int nMaxRow, int nMax
             m_PrevSelectedCellMap.GetNextAssoc(pos, key, cell);
             if (!IsValid(cell))
                 continue;
-            SetItemState(cell.row, cell.col, GetItemState(cell.row, cell.col) | GVIS_SELECTED);
+            MarkSelected(cell.row, cell.col, true);
             redraw(cell.row, cell.col);
         }
     }
 
     if (nMinRow >= 0 && IsValid(newRange)) {
+        // A virtual grid holds no cells, so nothing bounds its selection but this: a range
+        // the map could not hold (a whole ten-million-line log) is reported and refused.
+        const double cells = static_cast<double>(newRange.GetRowSpan()) * newRange.GetColSpan();
+        if (m_bVirtualMode && bSelectCells && cells + m_SelectedCellMap.GetCount() > kMaxVirtualSelection) {
+            if (pDC)
+                ReleaseDC(pDC);
+            ReportOutOfMemory();
+            return;
+        }
         for (int row = nMinRow; row <= nMaxRow; ++row)
             for (int col = nMinCol; col <= nMaxCol; ++col) {
                 if (static_cast<bool>(IsCellSelected(row, col)) == static_cast<bool>(bSelectCells))
                     continue;
-                const UINT state = GetItemState(row, col);
-                SetItemState(row, col, bSelectCells ? (state | GVIS_SELECTED) : (state & ~GVIS_SELECTED));
+                MarkSelected(row, col, bSelectCells);
                 redraw(row, col);
             }
     }
     if (pDC)
         ReleaseDC(pDC);
+}
+
+void CGridCtrl::MarkSelected(int nRow, int nCol, bool bSelected)
+{
+    // A virtual grid keeps only the map: its owner is not asked for the cell's state.
+    const UINT state = m_bVirtualMode ? 0u : GetItemState(nRow, nCol);
+    SetItemState(nRow, nCol, bSelected ? (state | GVIS_SELECTED) : (state & ~GVIS_SELECTED));
 }
 
 void CGridCtrl::ResetSelectedRange()

@@ -162,8 +162,9 @@ TEST_F(Keys, CommandKeysAndKeysWithoutAFocus)
     Start(CCellID(6, 2));
     Press(VK_F2, 0);
     Press('K', 0);
+    grid.SendMessage(WM_IME_CHAR, 0xB5, 0);
     const auto asked = host.Of(GVN_BEGINLABELEDIT);
-    ASSERT_EQ(asked.size(), 2u);
+    ASSERT_EQ(asked.size(), 3u);
     EXPECT_EQ(asked[0].row, 6);
     // Without a focus cell the keys do nothing to the grid.
     grid.SetFocusCell(-1, -1);
