@@ -56,7 +56,7 @@ struct WindowScene {
     CSize size;
 };
 const WindowScene kWindowScenes[] = {
-    {nullptr, nullptr, nullptr, CSize()},  // keeps the table well-formed while it has no scene
+    {"panel.png", "orlexUI panel controls", DemoPanelScene, CSize(590, 190)},
 };
 
 // Lets timers and paints run for a while on the real clock.

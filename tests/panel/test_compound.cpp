@@ -62,10 +62,9 @@ TEST_F(Compound, ChildrenStandWhereTheLayoutPutsThem) {
     EXPECT_EQ(Place(c.m_SmallSlider), CRect(wL - kSmallTrack.width, 64, wL, 64 + kSmallThumb.height));
     EXPECT_EQ(Place(c.m_ValueEdit), CRect(wL + 5, 40, wL + 65, 60));
     EXPECT_EQ(c.m_LargeSlider.GetSlideWidth(), UINT(wL));
-    EXPECT_STREQ(EditText(), "1.00");
-    EXPECT_STREQ(c.m_MinText.m_strText, "0.0");
-    EXPECT_STREQ(c.m_MaxText.m_strText, "100.0");
-    EXPECT_STREQ(c.m_LabelText.m_strText, "Label");
+    for (const auto& [shown, expect] : {std::pair{EditText(), "1.00"}, {c.m_MinText.m_strText, "0.0"},
+                                        {c.m_MaxText.m_strText, "100.0"}, {c.m_LabelText.m_strText, "Label"}})
+        EXPECT_STREQ(shown, expect);
 }
 
 TEST_F(Compound, DraggingTheLargeThumbSetsTheValueAndTheHostHearsEachStep) {
@@ -80,15 +79,14 @@ TEST_F(Compound, DraggingTheLargeThumbSetsTheValueAndTheHostHearsEachStep) {
 }
 
 TEST_F(Compound, ZoomNarrowsTheRangeAroundTheValue) {
-    struct Case {
+    const struct {
         const char* typed;
         double lo, hi;
         const char* shown;
-    };
-    const Case cases[] = {{"50", 49.5, 50.5, "50.00"}, {"0.2", 0.0, 0.703, "0.20"}, {"99.9", 99.396, 100.0, "99.90"}};
+    } cases[] = {{"50", 49.5, 50.5, "50.00"}, {"0.2", 0.0, 0.703, "0.20"}, {"99.9", 99.396, 100.0, "99.90"}};
     ZoomFully();
     log.Take();
-    for (const Case& k : cases) {
+    for (const auto& k : cases) {
         Enter(k.typed);
         EXPECT_NEAR(c.m_dRangeMin, k.lo, 1e-9) << k.typed;
         EXPECT_NEAR(c.m_dRangeMax, k.hi, 1e-9) << k.typed;
@@ -108,13 +106,11 @@ TEST_F(Compound, TypedValuesAreClampedAndCommittedOnlyByReturn) {
     const std::string saved = std::setlocale(LC_NUMERIC, nullptr);
     for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "nl_NL.UTF-8"})
         if (std::setlocale(LC_NUMERIC, name)) break;
-    const struct {
-        const char* typed;
-        const char* shown;
-    } cases[] = {{"150", "100.00"}, {"abc", "0.00"}, {"1e999", "100.00"}, {"nan", "0.00"}, {"-4", "0.00"}, {"12.345", "12.35"}};
-    for (const auto& k : cases) {
-        Enter(k.typed);
-        EXPECT_STREQ(EditText(), k.shown) << k.typed;
+    const std::pair<const char*, const char*> cases[] = {{"150", "100.00"}, {"abc", "0.00"}, {"1e999", "100.00"},
+                                                         {"nan", "0.00"},   {"-4", "0.00"},  {"12.345", "12.35"}};
+    for (const auto& [typed, shown] : cases) {
+        Enter(typed);
+        EXPECT_STREQ(EditText(), shown) << typed;
         int from = -1, to = -1;
         c.m_ValueEdit.GetSel(from, to);
         EXPECT_EQ(to - from, EditText().GetLength()) << "the value stands selected";

@@ -1541,15 +1541,26 @@ BOOL StretchBlt(HDC hdc, int x, int y, int w, int h, HDC hsrc, int xs, int ys, i
         snapshot = simg->copy(sImg);
         read = &snapshot;
     }
+    // Only the destination pixels inside the clip are mapped: a thumb's repaint of a wide
+    // stretched track costs its own width, not the track's.
+    const QRect area = dr.translated(t.origin), need = area & t.bound;
+    if (need.isEmpty()) {
+        Release(t);
+        return TRUE;
+    }
+    const int c0 = need.left() - area.left(), c1 = need.right() - area.left() + 1;
+    const int r0 = need.top() - area.top(), r1 = need.bottom() - area.top() + 1;
     std::vector<int> cols, rows;
-    StretchMap(dr.width(), sr.width(), mirrorX, cols);
-    StretchMap(dr.height(), sr.height(), mirrorY, rows);
+    StretchMap(dr.width(), sr.width(), mirrorX, cols, c0, c1);
+    StretchMap(dr.height(), sr.height(), mirrorY, rows, r0, r1);
     const int baseX = read == &snapshot ? 0 : sImg.left(), baseY = read == &snapshot ? 0 : sImg.top();
-    for (int& c : cols) {
+    for (int i = c0; i < c1; ++i) {
+        int& c = cols[static_cast<std::size_t>(i)];
         const int ix = sImg.left() + c;
         c = (ix >= svalid.left() && ix <= svalid.right()) ? c + baseX : -1;
     }
-    for (int& r : rows) {
+    for (int i = r0; i < r1; ++i) {
+        int& r = rows[static_cast<std::size_t>(i)];
         const int iy = sImg.top() + r;
         r = (iy >= svalid.top() && iy <= svalid.bottom()) ? r + baseY : -1;
     }

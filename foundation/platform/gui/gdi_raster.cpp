@@ -131,10 +131,14 @@ void SpanOutline(const std::vector<Span>& spans, std::vector<POINT>& out) {
 }
 
 void StretchMap(int dstLen, int srcLen, bool mirror, std::vector<int>& out) {
-    out.resize(dstLen > 0 ? static_cast<std::size_t>(dstLen) : 0);
+    StretchMap(dstLen, srcLen, mirror, out, 0, dstLen);
+}
+
+void StretchMap(int dstLen, int srcLen, bool mirror, std::vector<int>& out, int from, int to) {
+    out.assign(dstLen > 0 ? static_cast<std::size_t>(dstLen) : 0, -1);
     if (dstLen <= 0 || srcLen <= 0) return;
     const long long twoDst = 2LL * dstLen;
-    for (int i = 0; i < dstLen; ++i) {
+    for (int i = std::max(0, from); i < std::min(dstLen, to); ++i) {
         int j = static_cast<int>(((2LL * i + 1) * srcLen) / twoDst);
         if (j >= srcLen) j = srcLen - 1;
         out[static_cast<std::size_t>(i)] = mirror ? srcLen - 1 - j : j;
