@@ -71,15 +71,21 @@ BOOL COrlex::LoadFace(CBitmap& slot, UINT nId) {
     return slot.Attach(::LoadBitmap(module, name));
 }
 
-void COrlex::LoadBitmap(UINT nId) {
-    LoadFace(m_NormalBitmap, nId);
-    m_BitmapInfo = BITMAP{};
-    if (m_NormalBitmap.m_hObject) m_NormalBitmap.GetObject(sizeof m_BitmapInfo, &m_BitmapInfo);
+void COrlex::LoadFace(CBitmap& slot, UINT nId, BITMAP& info) {
+    LoadFace(slot, nId);
+    info = BITMAP{};
+    if (slot.m_hObject) slot.GetObject(sizeof info, &info);
+}
+
+void COrlex::SizeInPlace(int width, int height) {
     WINDOWPLACEMENT wp{};
     wp.length = sizeof wp;
-    if (!GetWindowPlacement(&wp)) return;
-    CWnd::MoveWindow(wp.rcNormalPosition.left, wp.rcNormalPosition.top, m_BitmapInfo.bmWidth,
-                     m_BitmapInfo.bmHeight);
+    if (GetWindowPlacement(&wp)) CWnd::MoveWindow(wp.rcNormalPosition.left, wp.rcNormalPosition.top, width, height);
+}
+
+void COrlex::LoadBitmap(UINT nId) {
+    LoadFace(m_NormalBitmap, nId, m_BitmapInfo);
+    SizeInPlace(m_BitmapInfo.bmWidth, m_BitmapInfo.bmHeight);
 }
 
 void COrlex::LoadRolloverBitmap(UINT nId) { m_bHasRollover = LoadFace(m_RolloverBitmap, nId); }

@@ -107,6 +107,10 @@ protected:
     // Deletes what the slot holds and attaches bitmap nId of the host's resources; the
     // result of the attach.
     static BOOL LoadFace(CBitmap& slot, UINT nId);
+    // The same, and the loaded face's size into info (zeros when nothing loaded).
+    static void LoadFace(CBitmap& slot, UINT nId, BITMAP& info);
+    // Gives the window this size at the left and top of its normal placement.
+    void SizeInPlace(int width, int height);
     // Copies `face` to (x, y) of dc at w x h through mem; nothing for an empty face.
     static void DrawFace(CDC& dc, CDC& mem, CBitmap& face, int x, int y, int w, int h);
 

@@ -29,18 +29,10 @@ int COrlexHorzSlider::Create(UINT x, UINT y, UINT nWidth, CWnd* pParent) {
 }
 
 void COrlexHorzSlider::LoadBitmap(UINT nThumbId, UINT nBackgroundId) {
-    LoadFace(m_NormalBitmap, nThumbId);
-    m_BitmapInfo = BITMAP{};
-    if (m_NormalBitmap.m_hObject) m_NormalBitmap.GetObject(sizeof m_BitmapInfo, &m_BitmapInfo);
-    LoadFace(m_BackgroundBitmap, nBackgroundId);
-    m_BackgroundInfo = BITMAP{};
-    if (m_BackgroundBitmap.m_hObject) m_BackgroundBitmap.GetObject(sizeof m_BackgroundInfo, &m_BackgroundInfo);
-    WINDOWPLACEMENT wp{};
-    wp.length = sizeof wp;
-    if (!GetWindowPlacement(&wp)) return;
+    LoadFace(m_NormalBitmap, nThumbId, m_BitmapInfo);
+    LoadFace(m_BackgroundBitmap, nBackgroundId, m_BackgroundInfo);
     const long long width = static_cast<long long>(m_nSlideMax) - m_nSlideMin;
-    CWnd::MoveWindow(wp.rcNormalPosition.left, wp.rcNormalPosition.top,
-                     static_cast<int>(std::clamp<long long>(width, 0, INT_MAX)), m_BitmapInfo.bmHeight);
+    SizeInPlace(static_cast<int>(std::clamp<long long>(width, 0, INT_MAX)), m_BitmapInfo.bmHeight);
 }
 
 void COrlexHorzSlider::SetBackgroundColor(COLORREF crBackground) { m_crBackground = crBackground; }
