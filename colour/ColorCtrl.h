@@ -74,6 +74,8 @@ public:
     CImageAdjust* m_pDialog = nullptr;
     HCURSOR m_hSizeCursor;
     bool m_bMouseEdit = false;
+    // The bar belongs to a live image (set by the frame that makes it).
+    bool m_bRealTime = false;
 
 protected:
     // Clamps and stores the table number and fills the working table; draws nothing.

@@ -19,6 +19,9 @@ bool DemoImageViewScenes(CWnd* parent, const CRect& area);
 // A colour bar wired to an image view (scene_colourbar.cpp), about 360 x 320 pixels.
 bool DemoColourBarScene(CWnd* parent, const CRect& area);
 
+// Image frames: a zoomed off-line frame and a live one mid-scan (scene_frame.cpp).
+bool DemoFrameScene(CWnd* parent, const CRect& area);
+
 // Panel controls wired to one message centre (scene_panel.cpp), about 590 x 190 pixels:
 // buttons (one under the pointer), a slider, a compound value slider zoomed with a typed
 // value, and the last texts the centre heard.

@@ -56,6 +56,7 @@ struct WindowScene {
     CSize size;
 };
 const WindowScene kWindowScenes[] = {
+    {"frame.png", "image frames", DemoFrameScene, CSize(900, 470)},
     {"panel.png", "orlexUI panel controls", DemoPanelScene, CSize(590, 190)},
 };
 

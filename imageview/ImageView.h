@@ -198,6 +198,10 @@ public:
     // The view has no controls of its own to exchange; the framework's exchange runs as is.
     void DoDataExchange(CDataExchange* dx) override;
 
+    // Deletes the cursors (all, or the user's); with notify and any gone, the view's own
+    // notice of type 10. Returns how many went.
+    int ClearAllCursors(int notify, int all);
+
     // Process-wide settings.
     static COLORREF m_ScanLineColor;
     static int m_nScanLineType;
@@ -241,9 +245,6 @@ private:
     void UpdateImageLine(int line, int direction, int* data);
     void FreeDib();
     void DeleteMemBitmap();
-    // Deletes the cursors (all, or the user's); with notify and any gone, the view's own
-    // notice of type 10. Returns how many went.
-    int ClearAllCursors(int notify, int all);
     void SendClearedNotice();
     // Makes a tooltip of this view with one tracking tool for the window; false on failure.
     bool MakeTip(CToolTipCtrl& tip);

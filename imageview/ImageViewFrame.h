@@ -11,7 +11,7 @@ public:
 
     // The frame's window (the view's parent). Never null while the view exists.
     virtual CWnd* GetFrameWnd() = 0;
-    // Height-to-width ratio of the image area; 1.0 for a square image.
+    // Width-to-height ratio of the image; 1.0 for a square image.
     virtual double GetAspectRatio() const = 0;
     // Lays the frame out for an image of this ratio, or of its own ratio without argument;
     // TRUE when the view's size changed.
