@@ -1542,29 +1542,26 @@ BOOL StretchBlt(HDC hdc, int x, int y, int w, int h, HDC hsrc, int xs, int ys, i
         read = &snapshot;
     }
     // Only the destination pixels inside the clip are mapped: a thumb's repaint of a wide
-    // stretched track costs its own width, not the track's.
-    const QRect area = dr.translated(t.origin), need = area & t.bound;
+    // stretched track costs (and allocates for) its own width, not the track's.
+    const QRect need = dr.translated(t.origin) & t.bound;
     if (need.isEmpty()) {
         Release(t);
         return TRUE;
     }
-    const int c0 = need.left() - area.left(), c1 = need.right() - area.left() + 1;
-    const int r0 = need.top() - area.top(), r1 = need.bottom() - area.top() + 1;
+    const QPoint from = need.topLeft() - dr.translated(t.origin).topLeft();
     std::vector<int> cols, rows;
-    StretchMap(dr.width(), sr.width(), mirrorX, cols, c0, c1);
-    StretchMap(dr.height(), sr.height(), mirrorY, rows, r0, r1);
+    StretchMap(dr.width(), sr.width(), mirrorX, cols, from.x(), from.x() + need.width());
+    StretchMap(dr.height(), sr.height(), mirrorY, rows, from.y(), from.y() + need.height());
     const int baseX = read == &snapshot ? 0 : sImg.left(), baseY = read == &snapshot ? 0 : sImg.top();
-    for (int i = c0; i < c1; ++i) {
-        int& c = cols[static_cast<std::size_t>(i)];
+    for (int& c : cols) {
         const int ix = sImg.left() + c;
         c = (ix >= svalid.left() && ix <= svalid.right()) ? c + baseX : -1;
     }
-    for (int i = r0; i < r1; ++i) {
-        int& r = rows[static_cast<std::size_t>(i)];
+    for (int& r : rows) {
         const int iy = sImg.top() + r;
         r = (iy >= svalid.top() && iy <= svalid.bottom()) ? r + baseY : -1;
     }
-    BlitMapped(*dc, t, dr, *read, cols, rows, rop);
+    BlitMapped(*dc, t, need.translated(-t.origin), *read, cols, rows, rop);
     Release(t);
     return TRUE;
 }
