@@ -8,29 +8,14 @@
 #include <cstdint>
 #include <vector>
 
+#include "bench/reference_loops.h"
 #include "plot/Curve.h"
 
 namespace {
 
 constexpr int kOutputs = 8192;
 
-// One curve per size, built once: x rising by 1 (exact in float up to 2^24), y noisy.
-Curve &LongCurve(int n)
-{
-    static int builtFor = -1;
-    static Curve curve;
-    if (builtFor != n) {
-        curve = Curve(n);
-        std::uint32_t s = 12345u;
-        for (int i = 0; i < n; ++i) {
-            s = s * 1664525u + 1013904223u;
-            const float noise = static_cast<float>(s >> 8) * (1.0f / 16777216.0f) - 0.5f;
-            curve.AddPoint(static_cast<float>(i), static_cast<float>(i % 5000) * 0.001f + noise);
-        }
-        builtFor = n;
-    }
-    return curve;
-}
+using orlex::bench::LongCurve;
 
 // The rules restated plainly: bins by the same float edges, each bin's values gathered,
 // mean summed in index order, median by a full sort. Returns false on the first output
@@ -89,26 +74,14 @@ void BM_CurveConvertMean(benchmark::State &state) { RunConvert(state, 16); }
 void BM_CurveConvertMax(benchmark::State &state) { RunConvert(state, 4); }
 void BM_CurveConvertMedian(benchmark::State &state) { RunConvert(state, 32); }
 
-// The reference: one pass over the same points that sums y per bin, the bins cut by
-// index into equal counts, the sums written to a result array like the converted data.
+// The reference: one pass over the same points that sums y per bin (bench/reference_loops.h).
 void BM_CurveBinRef(benchmark::State &state)
 {
     Curve &c = LongCurve(int(state.range(0)));
-    const Curve::Point *pts = c.CurveData.data();
-    const size_t n = c.CurveData.size();
-    std::vector<size_t> ends(kOutputs);
-    for (int b = 0; b < kOutputs; ++b)
-        ends[size_t(b)] = (size_t(b) + 1) * n / kOutputs;
+    const std::vector<size_t> ends = orlex::bench::BinEnds(c.CurveData.size(), kOutputs);
     std::vector<double> sums(kOutputs);
     for (auto _ : state) {
-        const Curve::Point *p = pts;
-        for (int b = 0; b < kOutputs; ++b) {
-            const Curve::Point *e = pts + ends[size_t(b)];
-            double sum = 0.0;
-            for (; p < e; ++p)
-                sum += p->second;
-            sums[size_t(b)] = sum;
-        }
+        orlex::bench::SumBins(c.CurveData.data(), ends, sums.data());
         benchmark::DoNotOptimize(sums.data());
         benchmark::ClobberMemory();
     }

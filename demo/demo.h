@@ -6,7 +6,8 @@
 
 #include "foundation/platform/afxwin.h"
 
-// A line plot drawn with pens: axes, a dotted grid, two curves, labels (one at 90 degrees).
+// Plots drawn by the plot engine (scene_plot.cpp): eight styles with legend and marked
+// point, semi-logarithmic, polar and half polar grids, a text list.
 bool DemoPlotScene(CWnd* parent, const CRect& area);
 // A synthetic sample (a few bumps and a tilt) through several colour tables, as 8-bit
 // blocks with palettes, and a 24-bit block, stretched with StretchDIBits.

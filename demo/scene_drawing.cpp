@@ -1,5 +1,5 @@
-// Demo scenes drawn through the layer's drawing calls: a line plot with pens and text, and
-// a synthetic sample shown through several colour tables.
+// A demo scene drawn through the layer's drawing calls: a synthetic sample shown through
+// several colour tables.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -54,55 +54,6 @@ void Label(CDC& dc, int x, int y, const char* text, int height = 14, int escapem
     dc.SetBkMode(TRANSPARENT);
     dc.TextOut(x, y, text, static_cast<int>(std::strlen(text)));
     dc.SelectObject(old);
-}
-
-void PaintPlot(CDC& dc, const CRect& r) {
-    dc.FillSolidRect(&r, RGB(255, 255, 255));
-    const CRect plot(r.left + 60, r.top + 36, r.right - 20, r.bottom - 44);
-    // Dotted grid, then the axes.
-    CPen grid(PS_DOT, 0, RGB(160, 160, 160));
-    CPen* old = dc.SelectObject(&grid);
-    for (int i = 1; i < 10; ++i) {
-        const int x = plot.left + plot.Width() * i / 10;
-        dc.MoveTo(x, plot.top);
-        dc.LineTo(x, plot.bottom);
-    }
-    for (int i = 1; i < 6; ++i) {
-        const int y = plot.top + plot.Height() * i / 6;
-        dc.MoveTo(plot.left, y);
-        dc.LineTo(plot.right, y);
-    }
-    CPen axis(PS_SOLID, 1, RGB(0, 0, 0));
-    dc.SelectObject(&axis);
-    dc.MoveTo(plot.left, plot.top);
-    dc.LineTo(plot.left, plot.bottom);
-    dc.LineTo(plot.right, plot.bottom);
-    // Two curves: a damped wave and its envelope, dashed.
-    const int n = plot.Width();
-    std::vector<POINT> wave(static_cast<size_t>(n)), envelope(static_cast<size_t>(n));
-    for (int i = 0; i < n; ++i) {
-        const double t = 10.0 * i / n;
-        const double e = std::exp(-0.25 * t);
-        const int mid = (plot.top + plot.bottom) / 2, amp = plot.Height() * 9 / 20;
-        wave[static_cast<size_t>(i)] = POINT{plot.left + i, mid - static_cast<int>(amp * e * std::cos(3.0 * t))};
-        envelope[static_cast<size_t>(i)] = POINT{plot.left + i, mid - static_cast<int>(amp * e)};
-    }
-    CPen red(PS_SOLID, 2, RGB(200, 30, 30));
-    dc.SelectObject(&red);
-    dc.Polyline(wave.data(), n);
-    CPen blue(PS_DASH, 0, RGB(30, 60, 200));
-    dc.SelectObject(&blue);
-    dc.Polyline(envelope.data(), n);
-    dc.SelectObject(old);
-    dc.SetTextColor(RGB(0, 0, 0));
-    Label(dc, plot.left, r.top + 8, "Damped oscillation", 16, 0, FW_BOLD);
-    Label(dc, (plot.left + plot.right) / 2 - 30, plot.bottom + 14, "Time (\xB5s)");
-    Label(dc, r.left + 14, (plot.top + plot.bottom) / 2 + 40, "Height (nm)", 14, 900);
-    char tick[16];
-    for (int i = 0; i <= 10; i += 2) {
-        std::snprintf(tick, sizeof tick, "%d", i);
-        Label(dc, plot.left + plot.Width() * i / 10 - 3, plot.bottom + 2, tick, 11);
-    }
 }
 
 constexpr int kSample = 128;
@@ -172,5 +123,4 @@ void PaintTables(CDC& dc, const CRect& r) {
 
 }  // namespace
 
-bool DemoPlotScene(CWnd* parent, const CRect& area) { return Place(PaintPlot, parent, area, 0x7250); }
 bool DemoColourTablesScene(CWnd* parent, const CRect& area) { return Place(PaintTables, parent, area, 0x7300); }

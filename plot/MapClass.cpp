@@ -1,4 +1,5 @@
-// MapClass: engineering scale of the axes and the engine's number conversions.
+// MapClass: construction, the setters of the plot's look and data, the engineering scale
+// of the axes and the engine's number conversions.
 #include "plot/MapClass.h"
 
 #include <algorithm>
@@ -8,16 +9,23 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstdarg>
 #include <cstring>
 #include <string>
 
 #include "foundation/Convert2Eng.h"
+#include "foundation/MessageCatalogue.h"
+#include "foundation/platform/afxgdi.h"
+#include "foundation/platform/afxwin.h"
 #include "foundation/platform/codepage.h"
+#include "foundation/platform/process.h"
+#include "plot/MarkerMan.h"
+#include "plot/PlotGeometry.h"
 
 namespace {
 
-constexpr int kAxisX = 1000;
-constexpr int kAxisY = 1100;
+using orlex::plot::kAxisX;
+using orlex::plot::kAxisY;
 constexpr int kMapTextMax = 128;
 
 // Copies at most size - 1 bytes and terminates.
@@ -40,10 +48,61 @@ int significantBits(unsigned long long v)
     return n;
 }
 
+bool validSlot(int slot)
+{
+    return slot >= 0 && slot < kMapSlots;
+}
+
+// One of a face colour's bytes raised by `by`, capped at 255.
+COLORREF raised(COLORREF c, int by)
+{
+    auto up = [by](int v) { return BYTE(std::min(255, v + by)); };
+    return RGB(up(GetRValue(c)), up(GetGValue(c)), up(GetBValue(c)));
+}
+
 } // namespace
 
-MapClass::MapClass(HWND wnd) : m_hWnd(wnd)
+DEFCOLOR DefaultPlotColors()
 {
+    DEFCOLOR d;
+    static const COLORREF kCurves[6] = {0xFF0000, 0x0000FF, 0x008000, 0xFF00FF, 0xFFFF00, 0x0096FF};
+    for (int i = 0; i < kMapSlots; ++i)
+        d.Curve[i] = i < 6 ? kCurves[i] : 0xFFFF00;
+    const COLORREF face = GetSysColor(COLOR_3DFACE) & 0xFFFFFF;
+    d.Grid = face;
+    d.Text = 0x000000;
+    d.Minor = raised(face, 16);
+    d.Background = raised(face, 24);
+    d.MarkerActive = 0x0000FF;
+    d.MarkerNormal = 0x000000;
+    for (int p = 0; p < 6; ++p)
+        d.Marker[2 * p] = d.Marker[2 * p + 1] = kCurves[p];
+    return d;
+}
+
+CURVE_SLOT& CURVE_SLOT::operator=(const CURVE_SLOT& other)
+{
+    if (this == &other)
+        return *this;
+    // The pixel arrays stay this slot's own and are remade at the next drawing.
+    curve = other.curve;
+    Converted = other.Converted;
+    NumPoints = other.NumPoints;
+    DrawStyle = other.DrawStyle;
+    Color = other.Color;
+    DrawNew = 1;
+    POICount = 0;
+    Drawn = 0;
+    return *this;
+}
+
+MarkerManagerHolder::MarkerManagerHolder(MapClass* map) : p_(new CMarkerMan(map))
+{
+}
+
+MarkerManagerHolder::~MarkerManagerHolder()
+{
+    delete p_;
 }
 
 char* MapClass::Convert2Eng(double value, const char* unit, int decimals, int leadingBlanks)
@@ -236,4 +295,260 @@ SCALE_INFO MapClass::GetScaleInfo() const
     info.XFactor = XFactor;
     info.YFactor = YFactor;
     return info;
+}
+
+// ---- construction -------------------------------------------------------------------------
+
+MapClass::MapClass(HWND wnd) : MarkerMan(this), m_hWnd(wnd)
+{
+    Margins = DRECT{0.25, 0.25, 0.25, 0.25};
+    DefColors = DefaultPlotColors();
+    SetCurrentColors(DefColors);
+    TextMetricsFromWindow();
+}
+
+MapClass::~MapClass() = default;
+
+void MapClass::TextMetricsFromWindow()
+{
+    HDC dc = GetDC(m_hWnd);
+    TEXTMETRIC tm{};
+    if (dc != nullptr) {
+        GetTextMetrics(dc, &tm);
+        ReleaseDC(m_hWnd, dc);
+    }
+    const int c = tm.tmAveCharWidth;
+    TextMap.CharWidth = c;
+    TextMap.Tab1 = 10 * c;
+    TextMap.Tab2 = 20 * c;
+    TextMap.TextLeft = 3 * c;
+    TextMap.OriginX = 2 * c;
+    TextMap.LineHeight = std::max(1, int(tm.tmHeight + tm.tmExternalLeading));
+}
+
+void MapClass::ShowDebug(const char* format, ...)
+{
+    if (format == nullptr)
+        return;
+    char text[512];
+    va_list args;
+    va_start(args, format);
+    std::vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+    OutputDebugStringA(text);
+}
+
+void MapClass::RepaintNow() const
+{
+    if (m_hWnd == nullptr)
+        return;
+    InvalidateRect(m_hWnd, nullptr, FALSE);
+    UpdateWindow(m_hWnd);
+}
+
+void MapClass::NotifyZoomEvent() const
+{
+    HWND parent = m_hWnd != nullptr ? GetParent(m_hWnd) : nullptr;
+    if (parent == nullptr)
+        return;
+    GRID_NOTIFY note{};
+    note.Wnd = m_hWnd;
+    SendMessageA(parent, MESSAGE_GRID_NOTIFY, WPARAM(MESSAGE_GRID_ZOOM_EVENT), LPARAM(&note));
+}
+
+// ---- map type, size, layout switches ------------------------------------------------------
+
+void MapClass::SetMapType(int type)
+{
+    if (m_hWnd != nullptr)
+        ShowScrollBar(m_hWnd, SB_VERT, type == 0 ? TRUE : FALSE);
+    MapType = type;
+    BoundDirty = 1;
+    RepaintNow();
+}
+
+void MapClass::Resize(WPARAM, LPARAM lParam)
+{
+    MapWidth = int(LOWORD(lParam));
+    MapHeight = int(HIWORD(lParam));
+    BoundDirty = 1;
+}
+
+void MapClass::SetPlotOnly(bool on)
+{
+    PlotOnly = on ? 1 : 0;
+    BorderWidths = on ? RECT{5, 5, 5, 5} : RECT{45, 12, 15, 20};
+}
+
+void MapClass::SetMaxPoints(int maxPoints)
+{
+    // Fewer than two display points can't be spaced over a curve.
+    if (maxPoints < 2)
+        return;
+    MaxPoints = maxPoints;
+    DrawNew();
+    RepaintNow();
+}
+
+void MapClass::SetConvertType(unsigned int type)
+{
+    ConvertType = type;
+    DrawNew();
+    RepaintNow();
+}
+
+void MapClass::SetConvertFlag(int flag)
+{
+    for (CURVE_SLOT& s : Slots) {
+        s.Converted = flag;
+        s.DrawNew = 1;
+    }
+}
+
+void MapClass::SetAxisLabels(const char* x, const char* y)
+{
+    if (x != nullptr)
+        copyCut(XLabel, sizeof XLabel, x);
+    if (y != nullptr)
+        copyCut(YLabel, sizeof YLabel, y);
+}
+
+void MapClass::SetMinorLines(int on)
+{
+    MinorLines = on;
+    RepaintNow();
+}
+
+void MapClass::SetColumnHeaders(const char* a, const char* b, const char* c)
+{
+    const char* in[3] = {a, b, c};
+    for (int i = 0; i < 3; ++i)
+        if (in[i] != nullptr)
+            copyCut(ColumnHeaders[i], sizeof ColumnHeaders[i], in[i]);
+}
+
+DRECT MapClass::GetExtents() const
+{
+    return DRECT{XStart, YEnd, XEnd, YStart};
+}
+
+void MapClass::SetXTranslation(double t)
+{
+    XTranslation = float(t);
+    for (CURVE_SLOT& s : Slots)
+        if (s.curve != nullptr)
+            s.curve->SetXTranslation(float(t));
+}
+
+void MapClass::SetYTranslation(double t)
+{
+    YTranslation = float(t);
+    for (CURVE_SLOT& s : Slots)
+        if (s.curve != nullptr)
+            s.curve->SetYTranslation(float(t));
+    // The fixed scale moves with the data, and back by exactly what it moved.
+    if (t != 0.0) {
+        YShift = t;
+        AutoScale.MinY += t;
+        AutoScale.MaxY += t;
+    } else {
+        AutoScale.MinY -= YShift;
+        AutoScale.MaxY -= YShift;
+        YShift = 0.0;
+    }
+}
+
+// ---- curves, styles, colours ----------------------------------------------------------------
+
+void MapClass::DrawNew(int slot)
+{
+    if (validSlot(slot))
+        Slots[slot].DrawNew = 1;
+}
+
+void MapClass::DrawNew()
+{
+    for (CURVE_SLOT& s : Slots)
+        s.DrawNew = 1;
+}
+
+void MapClass::ClearCurves()
+{
+    for (CURVE_SLOT& s : Slots)
+        s.curve = nullptr;
+}
+
+Curve* MapClass::GetSlotCurve(int slot) const
+{
+    return validSlot(slot) ? Slots[slot].curve : nullptr;
+}
+
+void MapClass::SetDrawStyle(int slot, int style)
+{
+    if (validSlot(slot))
+        Slots[slot].DrawStyle = (style >= 0 && style <= 7) ? style : 0;
+}
+
+unsigned int MapClass::GetDrawStyle(int slot) const
+{
+    return validSlot(slot) ? unsigned(Slots[slot].DrawStyle) : 0u;
+}
+
+void MapClass::SetCurveColor(int slot, COLORREF colour, int repaint)
+{
+    if (!validSlot(slot))
+        return;
+    Slots[slot].Color = colour;
+    if (repaint)
+        RepaintNow();
+}
+
+COLORREF MapClass::GetCurveColor(int slot) const
+{
+    return validSlot(slot) ? Slots[slot].Color : COLORREF(0);
+}
+
+DEFCOLOR MapClass::GetCurrentColors() const
+{
+    DEFCOLOR d;
+    for (int i = 0; i < kMapSlots; ++i)
+        d.Curve[i] = Slots[i].Color;
+    d.Grid = GridColor;
+    d.Text = TextColor;
+    d.Minor = MinorColor;
+    d.Background = BkColor;
+    d.MarkerActive = MarkerMan->ActiveColor;
+    d.MarkerNormal = MarkerMan->NormalColor;
+    for (int i = 0; i < 12; ++i)
+        d.Marker[i] = MarkerMan->Vert[i].Color;
+    return d;
+}
+
+void MapClass::SetCurrentColors(const DEFCOLOR& d)
+{
+    for (int i = 0; i < kMapSlots; ++i)
+        Slots[i].Color = d.Curve[i];
+    GridColor = d.Grid;
+    TextColor = d.Text;
+    MinorColor = d.Minor;
+    BkColor = d.Background;
+    MarkerMan->ActiveColor = d.MarkerActive;
+    MarkerMan->NormalColor = d.MarkerNormal;
+    for (int i = 0; i < 12; ++i)
+        MarkerMan->Vert[i].Color = d.Marker[i];
+}
+
+void MapClass::SetLegendText(int slot, const char* text, int useTextColor)
+{
+    UseTextColorForLegend = useTextColor;
+    if (validSlot(slot) && text != nullptr)
+        copyCut(LegendText[slot], sizeof LegendText[slot], text);
+}
+
+POINT MapClass::GetIndex(int i) const
+{
+    const CURVE_SLOT& s = Slots[0];
+    if (i < 0 || i >= s.Drawn || size_t(i) >= s.points.size())
+        return POINT{0, 0};
+    return s.points[size_t(i)];
 }
