@@ -4,6 +4,10 @@
 //   BM_SliderDrag/N within 2.5x of BM_ThumbRepaintRef/N at each width;
 //   BM_SliderDrag/4096 within 1.25x of BM_SliderDrag/256.
 // The host window stands at (20, 300) of the screen, as hosts do away from its corner.
+//
+// Folding a group hides and shows its children and repaints it once, not once a child:
+//   BM_GroupToggle/64 (collapse and expand, with the paints) within 1.5x of
+//   BM_ShowHideRef/64 (the same buttons hidden and shown in a plain window, with the paints).
 #include <benchmark/benchmark.h>
 
 #include <memory>
@@ -14,6 +18,7 @@
 #include "foundation/platform/afxwin.h"
 #include "foundation/platform/process.h"
 #include "foundation/platform/resources.h"
+#include "panel/OrlexGroup.h"
 #include "panel/OrlexHorzSlider.h"
 #include "tools/faces/faces.h"
 
@@ -31,12 +36,13 @@ public:
     std::vector<CString> texts;
 };
 
-// A top-level host of the given client width, 40 pixels high.
-std::unique_ptr<CWnd> MakeHost(int width) {
+// A top-level host of the given client size.
+std::unique_ptr<CWnd> MakeHost(int width, int height = 40) {
     orlex::EnsureApplication();
     faces::RegisterFaces();
     auto host = std::make_unique<CWnd>();
-    host->CreateEx(0, nullptr, "bench host", WS_POPUP | WS_VISIBLE, CRect(20, 300, 20 + width + 8, 340), nullptr, 0);
+    host->CreateEx(0, nullptr, "bench host", WS_POPUP | WS_VISIBLE, CRect(20, 300, 20 + width + 8, 300 + height),
+                   nullptr, 0);
     orlex::PumpPending();
     return host;
 }
@@ -113,5 +119,57 @@ void BM_ThumbRepaintRef(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_ThumbRepaintRef)->Arg(256)->Arg(4096);
+
+// n buttons in rows of eight inside `parent`, below a 40-pixel title strip.
+std::vector<std::unique_ptr<COrlex>> Buttons(CWnd* parent, int n) {
+    std::vector<std::unique_ptr<COrlex>> out;
+    for (int i = 0; i < n; ++i) {
+        auto b = std::make_unique<COrlex>(0, 0, 0);
+        b->Create(static_cast<UINT>(10 + (i % 8) * 52), static_cast<UINT>(40 + (i / 8) * 28), parent);
+        b->LoadBitmap(faces::kButtonNormal.id);
+        out.push_back(std::move(b));
+    }
+    return out;
+}
+
+constexpr int kGroupWidth = 8 * 52 + 20, kGroupHeight = 8 * 28 + 50;
+
+void BM_GroupToggle(benchmark::State& state) {
+    auto host = MakeHost(kGroupWidth + 20, kGroupHeight + 20);
+    COrlexGroup group;
+    group.Create(10, 10, kGroupWidth, kGroupHeight, host.get(), 0);
+    group.LoadBitmap(faces::kGroupCollapsed.id);
+    group.LoadClickBitmap(faces::kGroupExpanded.id);
+    group.LoadBorderBitmaps(faces::kBorderLeft.id, faces::kBorderRight.id, faces::kBorderTop.id, faces::kBorderBottom.id,
+                            faces::kBorderTopLeft.id, faces::kBorderTopRight.id, faces::kBorderBottomLeft.id,
+                            faces::kBorderBottomRight.id);
+    group.SetLabel("Group");
+    auto buttons = Buttons(&group, static_cast<int>(state.range(0)));
+    group.UpdateSize();
+    orlex::PumpPending();
+    for (auto _ : state) {
+        group.SetState(0);
+        orlex::PumpPending();
+        group.SetState(1);
+        orlex::PumpPending();
+    }
+    if (!buttons.back()->IsWindowVisible()) state.SkipWithError("the children did not come back");
+}
+BENCHMARK(BM_GroupToggle)->Arg(64);
+
+void BM_ShowHideRef(benchmark::State& state) {
+    auto host = MakeHost(kGroupWidth + 20, kGroupHeight + 20);
+    CWnd plain;
+    plain.Create(nullptr, nullptr, WS_CHILD | WS_VISIBLE, CRect(10, 10, 10 + kGroupWidth, 10 + kGroupHeight), host.get(), 0);
+    auto buttons = Buttons(&plain, static_cast<int>(state.range(0)));
+    orlex::PumpPending();
+    for (auto _ : state) {
+        for (auto& b : buttons) b->ShowWindow(SW_HIDE);
+        orlex::PumpPending();
+        for (auto& b : buttons) b->ShowWindow(SW_SHOW);
+        orlex::PumpPending();
+    }
+}
+BENCHMARK(BM_ShowHideRef)->Arg(64);
 
 }  // namespace

@@ -23,9 +23,10 @@ bool DemoColourBarScene(CWnd* parent, const CRect& area);
 // Image frames: a zoomed off-line frame and a live one mid-scan (scene_frame.cpp).
 bool DemoFrameScene(CWnd* parent, const CRect& area);
 
-// Panel controls wired to one message centre (scene_panel.cpp), about 590 x 190 pixels:
+// Panel controls wired to one message centre (scene_panel.cpp), about 830 x 320 pixels:
 // buttons (one under the pointer), a slider, a compound value slider zoomed with a typed
-// value, and the last texts the centre heard.
+// value, two groups side by side (one folded) with switches, lamps, a toggle, a held
+// three-state button and an open drop list, and the last texts the centre heard.
 bool DemoPanelScene(CWnd* parent, const CRect& area);
 
 // Writes the window (with its frame) as a PNG file; false when it can't be written.

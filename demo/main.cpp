@@ -57,7 +57,7 @@ struct WindowScene {
 };
 const WindowScene kWindowScenes[] = {
     {"frame.png", "image frames", DemoFrameScene, CSize(900, 470)},
-    {"panel.png", "orlexUI panel controls", DemoPanelScene, CSize(590, 190)},
+    {"panel.png", "orlexUI panel controls", DemoPanelScene, CSize(830, 320)},
 };
 
 // Lets timers and paints run for a while on the real clock.

@@ -206,6 +206,14 @@ void COrlex::OnLButtonUp(UINT nFlags, CPoint point) {
     Default();
 }
 
+HCURSOR COrlex::AppCursor(UINT id) {
+    const LPCSTR name = MAKEINTRESOURCE(id);
+    if (HCURSOR own = ::LoadCursor(AfxFindResourceHandle(name, RT_CURSOR), name)) return own;
+    return ::LoadCursor(orlex::LibraryModule(), name);
+}
+
+HCURSOR COrlex::AppStandardCursor(LPCSTR id) { return ::LoadCursor(nullptr, id); }
+
 BOOL COrlex::OnSetCursor(CWnd* pWnd, UINT nHitTest, UINT message) {
     ::SetCursor(::LoadCursor(orlex::LibraryModule(), MAKEINTRESOURCE(IDC_ORLEX_HAND)));
     return TRUE;

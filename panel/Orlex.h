@@ -113,6 +113,12 @@ protected:
     void SizeInPlace(int width, int height);
     // Copies `face` to (x, y) of dc at w x h through mem; nothing for an empty face.
     static void DrawFace(CDC& dc, CDC& mem, CBitmap& face, int x, int y, int w, int h);
+    // Pointer `id` through the application that runs (AfxGetModuleState's
+    // m_pCurrentWinApp), so that a host's own pointer of that id wins over the library's;
+    // without an application object the same lookup.
+    static HCURSOR AppCursor(UINT id);
+    // A standard pointer (IDC_ARROW, ...) through the application that runs.
+    static HCURSOR AppStandardCursor(LPCSTR id);
 
     DECLARE_MESSAGE_MAP()
 };

@@ -136,4 +136,29 @@ CompoundLayout LayoutCompound(int width, SIZE label, SIZE minText, SIZE maxText,
     return l;
 }
 
+bool OnLeftHalf(int x, int faceWidth) { return x <= faceWidth / 2; }
+
+bool OverGroupButton(POINT p, POINT button, int buttonWidth, int buttonHeight) {
+    return p.x <= static_cast<long long>(button.x) + buttonWidth && p.y <= static_cast<long long>(button.y) + buttonHeight;
+}
+
+POINT GroupLabelLine(int k, bool vertical, POINT button, int buttonWidth, int buttonHeight, int fontHeight) {
+    // bmHeight / 2 in integers, the rest in doubles, truncated.
+    const double lift = fontHeight / 2.4;
+    if (vertical) {
+        const int x0 = static_cast<int>(std::trunc(button.x + buttonHeight / 2 - lift));
+        return POINT{x0 + fontHeight * (k + 1), buttonHeight + 15};
+    }
+    const int y0 = static_cast<int>(std::trunc(buttonHeight / 2 + button.y - lift));
+    return POINT{buttonWidth + 15, y0 + fontHeight * k};
+}
+
+SIZE GroupSize(bool expanded, bool vertical, UINT width, UINT height, UINT collapseWidth, UINT collapseHeight) {
+    // A window wider or higher than the platform's 16-bit coordinates could not be shown
+    // anyway; the bound keeps a stray size from reaching the drawing code.
+    const auto held = [](UINT v) { return static_cast<LONG>(std::min<UINT>(v, 32767)); };
+    if (expanded) return SIZE{held(width), held(height)};
+    return vertical ? SIZE{held(collapseWidth), held(height)} : SIZE{held(width), held(collapseHeight)};
+}
+
 }  // namespace orlex::panel

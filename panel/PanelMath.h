@@ -78,4 +78,25 @@ struct CompoundLayout {
 CompoundLayout LayoutCompound(int width, SIZE label, SIZE minText, SIZE maxText, SIZE edit, int largeHeight,
                               int smallHeight, int smallTrackWidth);
 
+// A switch's click: on when x lies in the left half of its face, the middle pixel
+// (width / 2, integer) included.
+bool OnLeftHalf(int x, int faceWidth);
+
+// The drop list's row under client y: rows are 15 pixels, the first one pixel short.
+constexpr int kListRowHeight = 15;
+inline int ListRow(int y) { return (y + 1) / kListRowHeight; }
+
+// The group's collapse button area: from the window's top left corner to the button's
+// bottom right, both included (a pointer above or left of the window counts too).
+bool OverGroupButton(POINT p, POINT button, int buttonWidth, int buttonHeight);
+
+// Where line k of a group's label starts. Horizontal: right of the button, lines one font
+// height apart, the first centred on the button's middle. Vertical (collapsed sideways,
+// the text running downward): columns one font height apart below the button.
+POINT GroupLabelLine(int k, bool vertical, POINT button, int buttonWidth, int buttonHeight, int fontHeight);
+
+// The group's window size: expanded, or the strip it collapses to (its width for a group
+// that collapses sideways, else its height), each held to 0 .. 32767.
+SIZE GroupSize(bool expanded, bool vertical, UINT width, UINT height, UINT collapseWidth, UINT collapseHeight);
+
 }  // namespace orlex::panel

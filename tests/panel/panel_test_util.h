@@ -9,6 +9,7 @@
 
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/afxwin.h"
+#include "foundation/platform/resources.h"
 #include "panel/OrlexMsgCenter.h"
 #include "support/orlex_test.h"
 #include "tools/faces/faces.h"
@@ -68,3 +69,8 @@ protected:
 };
 
 }  // namespace panel_test
+
+// Rectangles and points in failure messages.
+inline void PrintTo(const CRect& r, std::ostream* os) { *os << "(" << r.left << "," << r.top << ")-(" << r.right << "," << r.bottom << ")"; }
+inline void PrintTo(const CPoint& p, std::ostream* os) { *os << "(" << p.x << "," << p.y << ")"; }
+inline void PrintTo(const CSize& s, std::ostream* os) { *os << s.cx << "x" << s.cy; }

@@ -1,5 +1,4 @@
 // The bitmap push button as a user meets it: faces under the pointer, texts to the host.
-#include "foundation/platform/resources.h"
 #include "panel/Orlex.h"
 #include "panel_test_util.h"
 

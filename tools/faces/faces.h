@@ -2,7 +2,8 @@
 //
 // The panel faces of the demo and the tests: bitmap ids a host registers under its own
 // module, their sizes, and the marker colours a test reads (the centre pixel; for a track
-// `marker` is its left half and `accent` its right half, for the others the outline).
+// `marker` is its left half and `accent` its right half, for the others the outline; the
+// group's buttons have their marker at (2, 2)).
 #pragma once
 
 #include "foundation/platform/wintypes.h"
@@ -24,6 +25,25 @@ constexpr Face kLargeThumb{20010, 16, 24, 0x2C7CD4, 0x302828};
 constexpr Face kSmallThumb{20011, 10, 14, 0x5CA43C, 0x302828};
 constexpr Face kLargeTrack{20012, 64, 12, 0xCC8478, 0x7884CC};
 constexpr Face kSmallTrack{20013, 60, 8, 0x96C896, 0x6EC8C8};
+constexpr Face kSwitchOff{20020, 40, 20, 0x807878, 0x302828};
+constexpr Face kSwitchOn{20021, 40, 20, 0x589648, 0x302828};
+constexpr Face kLampOff{20022, 16, 16, 0x181860, 0x302828};
+constexpr Face kLampOn{20023, 16, 16, 0x283CFA, 0x302828};
+constexpr Face kToggleNormal{20030, 48, 24, 0x30A8E0, 0x302828};
+constexpr Face kToggleClick{20031, 48, 24, 0x146496, 0x302828};
+constexpr Face kThreeStateNormal{20032, 48, 24, 0xA06096, 0x302828};
+constexpr Face kThreeStateClick{20033, 48, 24, 0x68305C, 0x302828};
+constexpr Face kListSize{20040, 96, 61, 0xFF00FF, 0xFF00FF};
+constexpr Face kGroupCollapsed{20050, 14, 14, 0xB0A096, 0x302828};
+constexpr Face kGroupExpanded{20051, 14, 14, 0x8C7A6E, 0x302828};
+constexpr Face kBorderLeft{20060, 8, 16, 0x887870, 0x887870};
+constexpr Face kBorderRight{20061, 8, 16, 0x887871, 0x887871};
+constexpr Face kBorderTop{20062, 16, 30, 0xD8CCC4, 0xD8CCC4};
+constexpr Face kBorderBottom{20063, 16, 8, 0x887872, 0x887872};
+constexpr Face kBorderTopLeft{20064, 6, 28, 0xD8CCC5, 0xD8CCC5};
+constexpr Face kBorderTopRight{20065, 6, 28, 0xD8CCC6, 0xD8CCC6};
+constexpr Face kBorderBottomLeft{20066, 6, 6, 0x887873, 0x887873};
+constexpr Face kBorderBottomRight{20067, 6, 6, 0x887874, 0x887874};
 
 // Registers every face under GetModuleHandleA(nullptr); false if one was refused.
 bool RegisterFaces();

@@ -89,10 +89,47 @@ def track(width, height, left, right):
     return f
 
 
+def switch(body, lever_left):
+    """A slide switch: a body with its lever in the left or the right half; the marker is
+    the body's colour at the centre, between the two lever places."""
+    f = Face(40, 20, body)
+    f.bevel(shade(body, 1.4), shade(body, 0.55))
+    x0 = 4 if lever_left else 24
+    f.rect(x0, 4, x0 + 12, 16, (236, 236, 232))
+    f.frame(x0, 4, x0 + 12, 16, DARK)
+    return f
+
+
+def lamp(colour):
+    f = Face(16, 16, colour)
+    f.frame(0, 0, 16, 16, DARK)
+    f.rect(4, 3, 7, 5, shade(colour, 1.6))  # a glint, away from the centre
+    return f
+
+
+def group_button(fill, minus):
+    """The collapse button: a plus (collapsed) or a minus (expanded), the marker at (2, 2)
+    inside the outline; the sign crosses the centre."""
+    f = Face(14, 14, fill)
+    f.frame(0, 0, 14, 14, DARK)
+    f.rect(3, 6, 11, 8, (250, 250, 250))
+    if not minus:
+        f.rect(6, 3, 8, 11, (250, 250, 250))
+    return f
+
+
+def solid(width, height, colour):
+    return Face(width, height, colour)
+
+
 # (constant name, id, face, marker, accent): the marker is the colour at the centre (for a
-# track: of its left half), the accent that of a track's right half, else the outline.
+# track: of its left half; for the group's button: at (2, 2)), the accent that of a
+# track's right half, else the outline.
 BLUE, LIGHT_BLUE, DEEP_BLUE = (70, 110, 160), (96, 156, 216), (36, 64, 104)
 ORANGE, GREEN = (212, 124, 44), (60, 164, 92)
+AMBER, DEEP_AMBER = (224, 168, 48), (150, 100, 20)
+PLUM, DEEP_PLUM = (150, 96, 160), (92, 48, 104)
+STEEL = (150, 160, 176)
 FACES = [
     ("kButtonNormal", 20001, button(BLUE), BLUE, DARK),
     ("kButtonRollover", 20002, button(LIGHT_BLUE), LIGHT_BLUE, DARK),
@@ -101,6 +138,28 @@ FACES = [
     ("kSmallThumb", 20011, thumb(10, 14, GREEN), GREEN, DARK),
     ("kLargeTrack", 20012, track(64, 12, (120, 132, 204), (204, 132, 120)), (120, 132, 204), (204, 132, 120)),
     ("kSmallTrack", 20013, track(60, 8, (150, 200, 150), (200, 200, 110)), (150, 200, 150), (200, 200, 110)),
+    ("kSwitchOff", 20020, switch((120, 120, 128), False), (120, 120, 128), DARK),
+    ("kSwitchOn", 20021, switch((72, 150, 88), True), (72, 150, 88), DARK),
+    ("kLampOff", 20022, lamp((96, 24, 24)), (96, 24, 24), DARK),
+    ("kLampOn", 20023, lamp((250, 60, 40)), (250, 60, 40), DARK),
+    ("kToggleNormal", 20030, button(AMBER), AMBER, DARK),
+    ("kToggleClick", 20031, button(DEEP_AMBER, sunken=True), DEEP_AMBER, DARK),
+    ("kThreeStateNormal", 20032, button(PLUM), PLUM, DARK),
+    ("kThreeStateClick", 20033, button(DEEP_PLUM, sunken=True), DEEP_PLUM, DARK),
+    # Sizes a drop list (four rows of 15 pixels and its outline); never drawn.
+    ("kListSize", 20040, solid(96, 61, (255, 0, 255)), (255, 0, 255), (255, 0, 255)),
+    ("kGroupCollapsed", 20050, group_button(STEEL, False), STEEL, DARK),
+    ("kGroupExpanded", 20051, group_button((110, 122, 140), True), (110, 122, 140), DARK),
+    # The group's frame: pieces of slightly different greys, so that a test tells each one
+    # by its colour where they overlap; the top piece holds the collapse button and label.
+    ("kBorderLeft", 20060, solid(8, 16, (112, 120, 136)), (112, 120, 136), (112, 120, 136)),
+    ("kBorderRight", 20061, solid(8, 16, (113, 120, 136)), (113, 120, 136), (113, 120, 136)),
+    ("kBorderTop", 20062, solid(16, 30, (196, 204, 216)), (196, 204, 216), (196, 204, 216)),
+    ("kBorderBottom", 20063, solid(16, 8, (114, 120, 136)), (114, 120, 136), (114, 120, 136)),
+    ("kBorderTopLeft", 20064, solid(6, 28, (197, 204, 216)), (197, 204, 216), (197, 204, 216)),
+    ("kBorderTopRight", 20065, solid(6, 28, (198, 204, 216)), (198, 204, 216), (198, 204, 216)),
+    ("kBorderBottomLeft", 20066, solid(6, 6, (115, 120, 136)), (115, 120, 136), (115, 120, 136)),
+    ("kBorderBottomRight", 20067, solid(6, 6, (116, 120, 136)), (116, 120, 136), (116, 120, 136)),
 ]
 
 
@@ -117,7 +176,8 @@ def main():
         "//",
         "// The panel faces of the demo and the tests: bitmap ids a host registers under its own",
         "// module, their sizes, and the marker colours a test reads (the centre pixel; for a track",
-        "// `marker` is its left half and `accent` its right half, for the others the outline).",
+        "// `marker` is its left half and `accent` its right half, for the others the outline; the",
+        "// group's buttons have their marker at (2, 2)).",
         "#pragma once",
         "",
         '#include "foundation/platform/wintypes.h"',
@@ -134,7 +194,11 @@ def main():
         "",
     ]
     for name, ident, face, marker, accent in FACES:
-        assert face.px[face.h // 2][face.w // 4 if name.endswith("Track") else face.w // 2] == marker, name
+        if name.startswith("kGroup"):
+            at = (2, 2)
+        else:
+            at = (face.w // 4 if name.endswith("Track") else face.w // 2, face.h // 2)
+        assert face.px[at[1]][at[0]] == marker, name
         file = "%d.bmp" % ident
         with open(os.path.join(out, file), "wb") as f:
             f.write(face.bmp())

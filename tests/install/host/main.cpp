@@ -20,6 +20,27 @@ void Check(bool ok, const char* what) {
     }
 }
 
+// A switch shows its pointing hand (10050) through the running application: the library's
+// own while the host has none, the host's own once it has one.
+void SwitchHand(CWnd& panel) {
+    COrlex2PtSwitch sw(0, 0, true);
+    Check(sw.Create(80, 10, &panel) == TRUE, "switch made");
+    sw.MoveWindow(80, 10, 40, 20);
+    auto shown = [&] {
+        ::SetCursor(nullptr);
+        sw.SendMessage(WM_SETCURSOR, reinterpret_cast<WPARAM>(sw.m_hWnd), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+        return ::GetCursor();
+    };
+    const HMODULE library = orlex::LibraryModule();
+    const HCURSOR libraryHand = ::LoadCursor(library, MAKEINTRESOURCE(10050));
+    Check(libraryHand && shown() == libraryHand, "the switch shows the library's hand");
+    HRSRC res = FindResourceA(library, MAKEINTRESOURCE(10050), RT_CURSOR);
+    orlex::RegisterResource(GetModuleHandleA(nullptr), RT_CURSOR, MAKEINTRESOURCE(10050),
+                            LockResource(LoadResource(library, res)), SizeofResource(library, res));
+    const HCURSOR own = ::LoadCursor(GetModuleHandleA(nullptr), MAKEINTRESOURCE(10050));
+    Check(own && own != libraryHand && shown() == own, "the switch shows the host's own hand");
+}
+
 // A panel button built from a face of the host's own: the BMP file `path`, registered as
 // bitmap 20001 of the program. The button takes the face's size and shows its centre pixel.
 void PanelButtonFromItsFace(const char* path) {
@@ -49,6 +70,7 @@ void PanelButtonFromItsFace(const char* path) {
     button.UpdateWindow();
     CClientDC dc(&button);
     Check(dc.GetPixel(w / 2, h / 2) == expected, "the button shows its face");
+    SwitchHand(panel);
 }
 
 }  // namespace
