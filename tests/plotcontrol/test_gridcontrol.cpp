@@ -166,6 +166,8 @@ TEST(GridControlMarkers, WideEdgesPairDragsAndDrops)
     MapClass& m = h.map();
     NewMarker(h, 150);
     const double v = h.plot.GetMarkers().Value[0];
+    h.plot.SetMarker(0, v + 1.0, 1); // the same width: nothing changes
+    EXPECT_EQ(h.plot.GetMarkers().Value[0], v);
     h.plot.SetMarker(0, v, 3);
     int l, r;
     m.GetMarkerMan()->MarkerDbl2PixelWidth(3, v, &l, &r);
@@ -264,7 +266,10 @@ TEST(GridControlZoom, TheBandZoomsScrollsAndADoubleClickGoesBack)
     // While dragged, the band inverts the plot along its outline, and nothing repaints.
     const int paints = h.plot.paints;
     const double x120 = m.MarkerPix2Dbl(120, 2), x220 = m.MarkerPix2Dbl(220, 2);
-    band(POINT{120, 80}, POINT{220, 160}, false);
+    band(POINT{120, 80}, POINT{220, 40}, false);
+    EXPECT_EQ(GetCursor(), LoadCursor(nullptr, IDC_SIZENESW)); // up and right
+    orlex::test::MouseMove(h.plot.m_hWnd, POINT{220, 160});
+    EXPECT_EQ(GetCursor(), LoadCursor(nullptr, IDC_SIZENWSE));
     EXPECT_EQ(h.plot.paints, paints);
     EXPECT_EQ(h.At(170, 80), plain[80 * 398 + 170] ^ 0xFFFFFF);
     EXPECT_EQ(h.At(220, 120), plain[120 * 398 + 220] ^ 0xFFFFFF);
@@ -317,6 +322,13 @@ TEST(GridControlZoom, TheBandZoomsScrollsAndADoubleClickGoesBack)
     const auto zooms = h.parent.Of(MESSAGE_GRID_NOTIFY);
     EXPECT_EQ(zooms.size(), events + 2);
     EXPECT_EQ(zooms.back().wParam, WPARAM(MESSAGE_GRID_ZOOM_EVENT));
+    // Zooms of a few pixels, one in the other: the scroll ranges stay what 16 bits carry.
+    for (int k = 0; k < 8; ++k)
+        band(POINT{150, 100}, POINT{152, 102});
+    int lo = 0, hi = 0;
+    h.plot.GetScrollRange(SB_HORZ, &lo, &hi);
+    EXPECT_LE(hi, 32767);
+    orlex::test::DoubleClick(h.plot.m_hWnd, POINT{150, 120});
     // With Control outside the plot nothing happens, neither zoom nor marker.
     band(POINT{b.left - 20, 100}, POINT{200, 150});
     EXPECT_EQ(h.plot.IsZoomed(), 0);
@@ -390,6 +402,58 @@ TEST(GridControlData, SetDataSetCurveAndTheScaleCommands)
     h.parent.notes.clear();
     h.plot.OnScaleUpdate(1, &info);
     ASSERT_EQ(h.parent.Of(MESSAGE_USER_GRID_SCALE_SYNCH).size(), 1u);
+}
+
+TEST(GridControlBadInput, OutOfRangeIndexesTinyPlotsAndHugeValues)
+{
+    Host h;
+    for (int i : {-1, 12, 1000}) {
+        h.plot.SetMarker(i, 1.0, 3);
+        h.plot.DeleteMarker(i, 2, 1);
+        h.plot.DeleteMarker(i, 1, 1);
+        h.plot.SetMarkerRange(0, 1, i, 2);
+        h.plot.ClearMarkerRange(i, 1);
+        h.plot.SetMkrColor(i, 0x123456, 1);
+        EXPECT_EQ(h.plot.GetMkrColor(i, 2), 0u);
+        EXPECT_EQ(h.plot.GetHorzMarker(i).Pixel, 0);
+        h.plot.AddHorzMarker(1.0, i, 0);
+    }
+    h.plot.AddHorzMarker(1.0, 0, 0); // before a scale: refused
+    EXPECT_EQ(h.map().GetMarkerMan()->HzState, 0u);
+    h.Data(101, 10, Wave);
+    EXPECT_EQ(h.map().GetMarkers().Pixel[0], 0);
+    EXPECT_LE(h.plot.MarkerDbl2Pix(1e300, 2), 1 << 30);
+    EXPECT_GE(h.plot.MarkerDbl2Pix(-1e300, 1), -(1 << 30));
+    // A marker copied into one whose saved array is smaller, or absent.
+    CMarkerMan& mm = *h.map().GetMarkerMan();
+    NewMarker(h, 150);
+    CMarker none;
+    none = mm.Vert[0];
+    EXPECT_EQ(none.SavedCount, 0);
+    EXPECT_EQ(none.Value, mm.Vert[0].Value);
+    CMarker small;
+    small.Saved = new COLORREF[3]();
+    small.SavedRoom = 3;
+    small = mm.Vert[0];
+    EXPECT_EQ(small.SavedCount, 3);
+    EXPECT_FALSE(small.SavedValid);
+
+    // A control of no size: gestures and a zoom find nothing to divide by.
+    Host tiny(0, 0);
+    tiny.Data(101, 10, Wave);
+    tiny.Drag(POINT{0, 0}, {POINT{1, 1}}, POINT{2, 2});
+    orlex::test::KeyDown(VK_CONTROL);
+    tiny.Drag(POINT{0, 0}, {POINT{1, 1}}, POINT{2, 2});
+    orlex::test::KeyUp(VK_CONTROL);
+    EXPECT_EQ(tiny.plot.IsZoomed(), 0);
+    Host slim(77, 100); // a plot rectangle of no width
+    slim.Data(101, 10, Wave);
+    ASSERT_EQ(slim.bound().left, slim.bound().right);
+    EXPECT_EQ(slim.map().MarkerPix2Dbl(5, 2), 0.0);
+    orlex::test::KeyDown(VK_CONTROL);
+    slim.Drag(POINT{60, 30}, {POINT{60, 40}}, POINT{60, 50});
+    orlex::test::KeyUp(VK_CONTROL);
+    EXPECT_EQ(slim.plot.IsZoomed(), 0);
 }
 
 }  // namespace
