@@ -3,7 +3,7 @@
 #   make test            build and run every test (SANITIZE=1: under ASan and UBSan)
 #   make bench           build and run the benchmarks
 #   make install PREFIX=/some/where
-#   make fuzz            run the archive fuzzer for a bounded time (FUZZ_SECONDS)
+#   make fuzz            run the archive fuzzers for a bounded time each (FUZZ_SECONDS)
 
 PREFIX       ?= /usr/local
 BUILD_TYPE   ?= RelWithDebInfo
@@ -57,10 +57,12 @@ fuzz:
 	@tools/ensure-packages $(PACKAGES) $(FUZZ_PACKAGES)
 	CC=clang CXX=clang++ cmake -S . -B build-fuzz -DORLEXUI_FUZZ=ON -DORLEXUI_TESTS=OFF \
 	  -DORLEXUI_BENCH=OFF -DORLEXUI_DEMO=OFF -DCMAKE_BUILD_TYPE=RelWithDebInfo
-	cmake --build build-fuzz -j $(JOBS) --target fuzz_archive
-	mkdir -p build-fuzz/corpus
+	cmake --build build-fuzz -j $(JOBS) --target fuzz_archive fuzz_view
+	mkdir -p build-fuzz/corpus build-fuzz/corpus-view
 	build-fuzz/fuzz/fuzz_archive -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 \
 	  build-fuzz/corpus fuzz/seeds
+	build-fuzz/fuzz/fuzz_view -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 \
+	  build-fuzz/corpus-view fuzz/seeds-view
 
 clean:
 	rm -rf build build-asan build-fuzz

@@ -2,30 +2,46 @@
 
 namespace {
 
-// Type id of each position, in flag order.
-constexpr int kTypeOfKind[IMAGE_CURSOR_TYPES::kCount] = {0, 7, 3, 6, 11, 1, 2, 129, 130, 4, 12, 13, 5, 14, 15, 16, 17, 18};
-
-constexpr const char* kDefaultLabels[IMAGE_CURSOR_TYPES::kCount] = {
-    "&Box",           "&Square Box",       "&Rotating Box",       "&Diagonal Box",       "&Cross Box",
-    "&Vertical Line", "&Horizontal Line",  "&Vert Linked Line",   "&Horz Linked Line",   "&Rotating Line",
-    "P&olyline",      "N-sided Polygon",   "&Cross",              "Horz Calibrate Line", "Vert Calibrate Line",
-    "Text Box",       "New Sorvane ROI",   "New Pan&Zoom Box",
+// Type id of each flag position, and the label the position starts with.
+struct Row {
+    int type;
+    const char* label;
+};
+constexpr Row kRows[IMAGE_CURSOR_TYPES::kCount] = {
+    {kCursorBox, "&Box"},
+    {kCursorSquareBox, "&Square Box"},
+    {kCursorRotBox, "&Rotating Box"},
+    {kCursorDiagonalBox, "&Diagonal Box"},
+    {kCursorCrossBox, "&Cross Box"},
+    {kCursorVertLine, "&Vertical Line"},
+    {kCursorHorzLine, "&Horizontal Line"},
+    {kCursorVertLinked, "&Vert Linked Line"},
+    {kCursorHorzLinked, "&Horz Linked Line"},
+    {kCursorRotLine, "&Rotating Line"},
+    {kCursorPolyline, "P&olyline"},
+    {kCursorPolygon, "N-sided Polygon"},
+    {kCursorCross, "&Cross"},
+    {kCursorHorzCalibrate, "Horz Calibrate Line"},
+    {kCursorVertCalibrate, "Vert Calibrate Line"},
+    {kCursorTextBox, "Text Box"},
+    {kCursorRoi, "New Sorvane ROI"},
+    {kCursorPanZoomBox, "New Pan&Zoom Box"},
 };
 
 }  // namespace
 
 IMAGE_CURSOR_TYPES::IMAGE_CURSOR_TYPES()
 {
-    for (int i = 0; i < IMAGE_CURSOR_TYPES::kCount; ++i) {
+    for (int i = 0; i < kCount; ++i) {
         m_nTypes[i] = 0;
-        m_strLabels[i] = kDefaultLabels[i];
+        m_strLabels[i] = kRows[i].label;
     }
 }
 
 int IMAGE_CURSOR_TYPES::FlagIndex(int type)
 {
-    for (int i = 0; i < IMAGE_CURSOR_TYPES::kCount; ++i)
-        if (kTypeOfKind[i] == type) return i;
+    for (int i = 0; i < kCount; ++i)
+        if (kRows[i].type == type) return i;
     return -1;
 }
 
@@ -33,6 +49,18 @@ int IMAGE_CURSOR_TYPES::IsCursorTypeSet(int type) const
 {
     const int i = FlagIndex(type);
     return i < 0 ? 0 : m_nTypes[i];
+}
+
+void IMAGE_CURSOR_TYPES::SetCursorType(int type, int on)
+{
+    const int i = FlagIndex(type);
+    if (i >= 0) m_nTypes[i] = on;
+}
+
+const char* IMAGE_CURSOR_TYPES::GetLabel(int type) const
+{
+    const int i = FlagIndex(type);
+    return i < 0 ? nullptr : m_strLabels[i].GetString();
 }
 
 void IMAGE_CURSOR_TYPES::Reset()

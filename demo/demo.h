@@ -26,5 +26,10 @@ bool DemoColourBarScene(CWnd* parent, const CRect& area);
 // Image frames: a zoomed off-line frame and a live one mid-scan (scene_frame.cpp).
 bool DemoFrameScene(CWnd* parent, const CRect& area);
 
+// Panel controls wired to one message centre (scene_panel.cpp), about 590 x 190 pixels:
+// buttons (one under the pointer), a slider, a compound value slider zoomed with a typed
+// value, and the last texts the centre heard.
+bool DemoPanelScene(CWnd* parent, const CRect& area);
+
 // Writes the window (with its frame) as a PNG file; false when it can't be written.
 bool SaveWindowPng(CWnd* wnd, const std::string& path);

@@ -1,11 +1,13 @@
-// Demo scenes of the image view: a zoomed off-line image beside a live view in the middle
-// of its scan, which goes on line by line on a timer.
+// Demo scenes of the image view: a zoomed off-line image carrying two measuring crosses
+// (one added by the host, one made and dragged by the mouse) beside a live view in the
+// middle of its scan, which goes on line by line on a timer.
 #include <algorithm>
 #include <cmath>
 #include <memory>
 #include <vector>
 
 #include "colour/ColorTable.h"
+#include "cursors/CursorTypes.h"
 #include "demo/demo.h"
 #include "foundation/platform/afxwin.h"
 #include "imageview/ImageView.h"
@@ -72,6 +74,7 @@ public:
         CRect zoom(40, 40, 140, 140);
         m_offline.AddZoomRecord(zoom, 0);
         m_offline.UpdateImage();
+        AddCrosses();
 
         m_live.Create(nullptr, "live", WS_CHILD | WS_VISIBLE,
                       CRect(20 + kViewSide, 10, 20 + 2 * kViewSide, 10 + kViewSide), this, 2);
@@ -94,6 +97,28 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    // One cross placed by the host on the bump, one made by a press on the image and
+    // dragged, as the mouse would.
+    void AddCrosses()
+    {
+        m_offline.SetCursorColor(RGB(255, 255, 255));
+        m_offline.SetCrossCursorSize(8);
+        m_offline.AddCursor(nullptr, kCursorCross, 0.0, CPoint(kViewSide / 2 - 20, kViewSide / 2 + 40));
+        m_offline.SetMode(kCursorCross);
+        const CPoint from(60, 60), to(200, 90);
+        m_offline.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(from.x, from.y));
+        if (CWnd* dragged = CWnd::GetCapture()) {
+            for (int i = 1; i <= 4; ++i) {
+                CPoint p = from + CSize((to.x - from.x) * i / 4, (to.y - from.y) * i / 4);
+                m_offline.MapWindowPoints(dragged, &p, 1);
+                dragged->SendMessage(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(p.x, p.y));
+            }
+            CPoint end = to;
+            m_offline.MapWindowPoints(dragged, &end, 1);
+            dragged->SendMessage(WM_LBUTTONUP, 0, MAKELPARAM(end.x, end.y));
+        }
+    }
+
     void NextLine()
     {
         if (m_line >= kSize) m_line = 0;

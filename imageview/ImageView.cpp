@@ -7,11 +7,13 @@
 #include <cmath>
 #include <cstring>
 
+#include "cursors/BaseCursor.h"
 #include "foundation/ArchiveVersionControl.h"
 #include "foundation/MessageCatalogue.h"
 #include "foundation/platform/globalmem.h"
 #include "foundation/platform/process.h"
 #include "imageview/BitmapData.h"
+#include "imageview/ImageViewEventNotifier.h"
 #include "imageview/ImageViewFrame.h"
 
 IMPLEMENT_SERIAL(CImageView, CWnd, VERSIONABLE_SCHEMA | 2)
@@ -67,10 +69,17 @@ BEGIN_MESSAGE_MAP(CImageView, CWnd)
     ON_WM_LBUTTONDOWN()
     ON_WM_LBUTTONUP()
     ON_WM_LBUTTONDBLCLK()
+    ON_WM_RBUTTONDOWN()
+    ON_WM_RBUTTONUP()
     ON_WM_MBUTTONDOWN()
     ON_WM_MBUTTONUP()
     ON_WM_MOUSEWHEEL()
     ON_REGISTERED_MESSAGE(MESSAGE_CURSOR_NOTIFY_STR, OnCursorNotify)
+    ON_REGISTERED_MESSAGE(MESSAGE_CURSOR_MOUSE_STR, OnCursorMouse)
+    ON_REGISTERED_MESSAGE(MESSAGE_CREATE_CURSOR_STR, OnCreateCursor)
+    ON_REGISTERED_MESSAGE(MESSAGE_REMOVE_CURSOR_STR, OnRemoveCursor)
+    ON_REGISTERED_MESSAGE(MESSAGE_USER_REMOVE_CURSOR_STR, OnUserRemoveCursor)
+    ON_COMMAND(ID_CURSOR_CLEAR_ALL, OnClearAll)
 END_MESSAGE_MAP()
 
 CImageView::CImageView(bool realTime) : m_bRealTime(realTime ? TRUE : FALSE)
@@ -79,6 +88,7 @@ CImageView::CImageView(bool realTime) : m_bRealTime(realTime ? TRUE : FALSE)
     m_scanLen.y = 1e-6;
     m_cursorScale.x = 1.0;
     m_cursorScale.y = 1.0;
+    m_hRotCursor = LoadCursor(nullptr, IDC_ARROW);
 }
 
 CImageView::~CImageView()
@@ -90,7 +100,10 @@ CImageView::~CImageView()
     FreeDib();
     DeleteMemBitmap();
     ClearZoomList();
-    while (!m_cursors.IsEmpty()) delete m_cursors.RemoveHead();
+    DeleteCursors(1);
+    // A notifier that outlives the view must not call into it.
+    if (m_pNotifier && m_pNotifier->m_pView == this) m_pNotifier->m_pView = nullptr;
+    m_pNotifier = nullptr;
 }
 
 CImageViewFrame* CImageView::Frame() const
@@ -503,10 +516,11 @@ void CImageView::UpdateImageLine(int line, int direction, int* data)
 
 void CImageView::OnDestroy()
 {
+    if (m_pNotifier) m_pNotifier->OnDestroy();
     if (m_tipTimer) KillTimer(m_tipTimer);
     if (m_coordTimer) KillTimer(m_coordTimer);
     m_tipTimer = m_coordTimer = 0;
-    while (!m_cursors.IsEmpty()) delete m_cursors.RemoveHead();
+    DeleteCursors(1);
     ClearZoomList();
     CWnd::OnDestroy();
 }
@@ -514,27 +528,46 @@ void CImageView::OnDestroy()
 void CImageView::OnPaint()
 {
     CPaintDC dc(this);
-    CRect r = m_paintRect;
-    if (r.IsRectEmpty()) GetClientRect(&r);
-    // The whole picture is in the memory bitmap: a paint is one copy.
-    if (m_bHasMemDC) dc.BitBlt(r.left, r.top, r.Width(), r.Height(), &m_memDC, r.left, r.top, SRCCOPY);
+    // The whole picture is in the memory bitmap: a paint is one copy of what needs it, the
+    // bounds of the update region (a scan strip's m_paintRect, a cursor's old and new place).
+    CRect r = dc.m_ps.rcPaint;
+    if (!m_paintRect.IsRectEmpty()) r.UnionRect(&r, &m_paintRect);
+    if (m_pNotifier) m_pNotifier->OnBeginPaint(&r, &dc);
+    if (m_bHasMemDC && !r.IsRectEmpty())
+        dc.BitBlt(r.left, r.top, r.Width(), r.Height(), &m_memDC, r.left, r.top, SRCCOPY);
+    if (m_pNotifier) m_pNotifier->OnEndPaint(&r, &dc);
 }
 
 BOOL CImageView::OnEraseBkgnd(CDC*) { return TRUE; }
 
 void CImageView::OnSize(UINT type, int cx, int cy)
 {
+    if (m_pNotifier) m_pNotifier->OnSize(type, cx, cy);
     CWnd::OnSize(type, cx, cy);
     if (!m_hWnd) return;
     CreateDestinationBitmap();
     // Inside a frame the frame's layout redraws; a view on its own refills its new
     // memory bitmap from the block so that the next paint shows the image.
     if (!Frame()) StretchIntoMemory();
+    ResizeCursors();
 }
 
 // Persistence -------------------------------------------------------------------------------------
 
-void CImageView::DoDataExchange(CDataExchange* dx) { CWnd::DoDataExchange(dx); }
+void CImageView::DoDataExchange(CDataExchange* dx)
+{
+    CWnd::DoDataExchange(dx);
+    if (!dx) return;
+    if (dx->m_bSaveAndValidate) {
+        for (POSITION p = m_cursors.GetHeadPosition(); p;) m_cursors.GetNext(p)->UpdateData(TRUE);
+        return;
+    }
+    for (POSITION p = m_cursors.GetHeadPosition(); p;) {
+        CBaseCursor* c = m_cursors.GetNext(p);
+        if (!c->GetSafeHwnd()) c->Create(this);
+    }
+    UpdateImage();
+}
 
 void CImageView::Serialize(CArchive& ar)
 {
@@ -546,7 +579,7 @@ void CImageView::Serialize(CArchive& ar)
         ar << m_nCols << m_nRows << m_scanLen.x << m_scanLen.y << m_nTooltipDisplayLevel << m_nMode;
         return;
     }
-    while (!m_cursors.IsEmpty()) delete m_cursors.RemoveHead();
+    DeleteCursors(1);
     ClearZoomList();
     m_pData = nullptr;
     m_cursors.Serialize(ar);
@@ -555,15 +588,15 @@ void CImageView::Serialize(CArchive& ar)
     try {
         current = ar.ReadObject(RUNTIME_CLASS(CZoomRecord));
     } catch (...) {
-        KeepOwnedOnce(m_cursors, nullptr, nullptr);
+        KeepOwnedOnce(m_cursors, RUNTIME_CLASS(CBaseCursor), nullptr);
         KeepOwnedOnce(m_zoomList, RUNTIME_CLASS(CZoomRecord), &m_cursors);
         throw;
     }
-    KeepOwnedOnce(m_cursors, nullptr, nullptr);
+    KeepOwnedOnce(m_cursors, RUNTIME_CLASS(CBaseCursor), nullptr);
     KeepOwnedOnce(m_zoomList, RUNTIME_CLASS(CZoomRecord), &m_cursors);
     // The current record is a back-reference into the list; anything else has no owner.
     m_curZoom = current ? m_zoomList.Find(static_cast<CZoomRecord*>(current)) : nullptr;
-    if (current && !m_curZoom && !m_cursors.Find(current)) delete current;
+    if (current && !m_curZoom && !static_cast<CObList&>(m_cursors).Find(current)) delete current;
     int cols = 0, rows = 0, level = 0;
     double sx = 0.0, sy = 0.0;
     ar >> cols >> rows >> sx >> sy >> level;
@@ -577,4 +610,37 @@ void CImageView::Serialize(CArchive& ar)
         ar >> mode;
         m_nMode = mode;
     }
+    // Off-line cursors find their places from data pixels; a real-time view leaves its
+    // cursors without windows until the host asks.
+    if (!m_bRealTime && m_hWnd) CreateCursorWindows();
+}
+
+void CImageView::SerializeCursors(CArchive& ar)
+{
+    if (ar.IsStoring()) {
+        m_cursors.Serialize(ar);
+        ar << m_nTooltipDisplayLevel << m_nMode << m_nCols << m_nRows;
+        return;
+    }
+    DeleteCursors(1);
+    try {
+        m_cursors.Serialize(ar);
+    } catch (...) {
+        KeepOwnedOnce(m_cursors, RUNTIME_CLASS(CBaseCursor), nullptr);
+        throw;
+    }
+    KeepOwnedOnce(m_cursors, RUNTIME_CLASS(CBaseCursor), nullptr);
+    int level = 0, mode = 0, cols = 0, rows = 0;
+    ar >> level >> mode >> cols >> rows;
+    m_nTooltipDisplayLevel = level;
+    m_nMode = mode;
+    // Cursors saved on an image of another size keep their place on the sample: their data
+    // pixels scale by the ratio of the sizes while their windows are made.
+    if (cols != m_nCols || rows != m_nRows) {
+        m_cursorScale.x = cols ? double(m_nCols) / cols : 1.0;
+        m_cursorScale.y = rows ? double(m_nRows) / rows : 1.0;
+    }
+    if (m_hWnd) CreateCursorWindows();
+    m_cursorScale.x = 1.0;
+    m_cursorScale.y = 1.0;
 }

@@ -19,11 +19,15 @@
 #include "foundation/platform/afxdlgs.h"
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/afxwin.h"
+#include "cursors/CursorTypes.h"
 #include "imageview/CursorPos.h"
 #include "imageview/ViewGeometry.h"
 #include "imageview/ZoomRecord.h"
 
+class CBaseCursor;
+class CImageViewEventNotifier;
 class CImageViewFrame;
+struct tCursorOptionData;
 
 // A physical scan size (metres) or the ratio of the shown part to the whole image.
 struct DPOINT {
@@ -32,6 +36,18 @@ struct DPOINT {
     double y = 0.0;
     CPoint origin{0, 0};
 };
+
+// A point in units or data pixels as doubles.
+struct dblPoint {
+    double x = 0.0;
+    double y = 0.0;
+};
+
+// A cursor type id of the measuring cursors (kCursorBox ...); -1 means any cursor.
+using eCursorType = int;
+
+// The unit of a length given to ConvertUnits; other values count as metres.
+enum eConvertUnits : int { eMeters = 0, eMillimeters = 1, eMicrometers = 2, eNanometers = 3, eAngstrom = 4 };
 
 // What the view asks the host for its coordinate tooltip ("MESSAGE_UPDATE_TOOL_TIP"): the
 // host writes a text of up to 159 characters for the mouse point (view pixels).
@@ -192,15 +208,92 @@ public:
     static int IsPanTracking() { return m_bPanTracking; }
     static void SetDeleteCursorsOnPanZoom(bool on) { m_bDelCursorsOnPanZoom = on ? 1 : 0; }
 
+    // Cursors -------------------------------------------------------------------------------
+    // Makes a cursor of a type id from view pixels: rect (or, null, the bounds of the
+    // points), an angle for rotating kinds, points[0] as the point of one-point kinds. Null at
+    // the limit of allowed cursors, for an id without a kind, or when its window fails. The
+    // view owns the cursor; it lives in the list until removed, cleared or the view goes.
+    CBaseCursor* AddCursor(CRect* rect, int type, double angle, CPoint* points, int count);
+    CBaseCursor* AddCursor(CRect* rect, int type, double angle, CPoint point);
+    // A cursor of that size (view pixels) in the middle of the window; a size of at least
+    // the client size - 1 takes the whole client area.
+    CBaseCursor* CenterCursor(int width, int height, int type, double angle);
+    // The first cursor in list order whose region holds the screen point, or null.
+    CBaseCursor* CursorHitTest(CPoint screenPoint);
+    // Deletes every cursor (all) or those the user may delete; with notify and any gone,
+    // the view's own notice of type 10.
+    void ClearAllCursors(int notify, int all);
+    // Makes the windows of cursors read from a file; ResizeCursors also follows a new size.
+    void CreateCursorWindows();
+    void ResizeCursors();
+    // How many cursors have their type's flag set; by type id (-1 all), counting a kind and
+    // the kinds derived from it (1 counts vertical, horizontal and linked lines).
+    int GetNumCursors(IMAGE_CURSOR_TYPES& types);
+    int GetNumCursors(eCursorType type);
+    POSITION GetCursorHeadPosition() const { return m_cursors.GetHeadPosition(); }
+    POSITION GetCursorPosition(int index) const { return index >= 0 ? m_cursors.FindIndex(index) : nullptr; }
+    // The next matching cursor from pos (which moves past it), null at the end.
+    CBaseCursor* GetCursorNextPosition(POSITION& pos, IMAGE_CURSOR_TYPES& types);
+    CBaseCursor* GetCursorNextPosition(POSITION& pos, const CRuntimeClass* cls);
+    CBaseCursor* GetCursorNextPosition(POSITION& pos, eCursorType type);
+    // Walk the cursors' records; after the last, a zeroed record (pCursor null).
+    CURSOR_POS GetFirstCursorPos();
+    CURSOR_POS GetNextCursorPos();
+    // Lengths in a unit to data pixels of the current zoom (toPixels), or data pixels of the
+    // whole image to the unit. Returns 1; null arrays or a count below 1 convert nothing.
+    int ConvertUnits(dblPoint* units, POINT* pixels, int count, int toPixels, eConvertUnits unit);
+    // Whole-image data pixels to pixels of the zoomed image (ratios 0 count as 1).
+    void ConvertToCursorPoint(dblPoint& p);
+    void ConvertToCursorRect(dblPoint& a, dblPoint& b);
+    DPOINT& GetCursorScaleRatio() { return m_cursorScale; }
+    // Settings for new cursors; existing cursors keep theirs. Allowable 0: no limit.
+    void SetAllowableCursors(int n) { m_nAllowableCursors = n; }
+    int GetAllowableCursors() const { return m_nAllowableCursors; }
+    void SetDeleteLastOnNew(int on) { m_bDeleteLastOnNew = on; }
+    void SetCursorStyle(int style) { m_nCursorStyle = style; }
+    void SetCrossCursorSize(int size) { m_nCrossCursorSize = size; }
+    int GetCrossCursorSize() const { return m_nCrossCursorSize; }
+    void SetCursorColor(COLORREF c) { m_cursorColor = c; }
+    COLORREF GetCursorColor() const { return m_cursorColor; }
+    void SetSelectColor(COLORREF c) { m_selectColor = c; }
+    COLORREF GetSelectColor() const { return m_selectColor; }
+    void SetDirectionMark(int on) { m_nDirectionMark = on; }
+    int GetDirectionMark() const { return m_nDirectionMark; }
+    void SetRotCursor(HICON pointer) { m_hRotCursor = pointer; }
+    HICON GetRotCursor() const { return m_hRotCursor; }
+    // Every cursor takes the colour (or direction mark), which new cursors get too.
+    void SetCursorColorAll(COLORREF color);
+    void SetCursorDirectionMarkAll(int on);
+    // The next left press makes a cursor of the mode's type once, whatever tool is down.
+    static void SetTempCurMode(int on) { m_bTempCurMode = on; }
+    // A box is being drawn (mode 0 only).
+    bool IsBoxCreating() const { return m_nMode == 0 && (m_bTempCurMode || m_bBoxCreating); }
+    static int IsCursorsLocked() { return m_bDelCursorsOnPanZoom; }
+    // Kept and handed to the cursors while AddCursor runs.
+    void RegisterCursorCallback(int (*fn)(int, int, tCursorOptionData&, void*), void* data)
+    {
+        m_cursorCallback = fn;
+        m_cursorCallbackData = data;
+    }
+    // The notifier sees events before the view acts (not owned); returns the former one.
+    CImageViewEventNotifier* RegisterNotifier(CImageViewEventNotifier* notifier);
+    CImageViewEventNotifier* GetNotifier() const { return m_pNotifier; }
+    // The cursors alone: list, tooltip level, mode and the image size at saving. Loading
+    // replaces the cursors and places them by the saved size.
+    void SerializeCursors(CArchive& ar);
+    // The cursor tooltip as the mouse moves over (or drags) a cursor; screen point.
+    void OnCursorMouseMove(int dragging, CPoint screenPoint, CBaseCursor* cursor);
+    // Begins a zoom box at a view point: clears the user's cursors, then a press.
+    void StartZoom(CPoint point);
+
     // Persistence: version step (schema 2), the cursor list, the zoom list, the current
     // record, size, scan size, tooltip level and (schema 2) mode.
     void Serialize(CArchive& ar) override;
-    // The view has no controls of its own to exchange; the framework's exchange runs as is.
+    // Saving: each cursor's own exchange; loading: the cursors' windows, and a redraw.
     void DoDataExchange(CDataExchange* dx) override;
-
-    // Deletes the cursors (all, or the user's); with notify and any gone, the view's own
-    // notice of type 10. Returns how many went.
-    int ClearAllCursors(int notify, int all);
+    // Takes the commands that carry a colour or flag in lParam (35038, 35176) before the
+    // framework routes them.
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
     // Process-wide settings.
     static COLORREF m_ScanLineColor;
@@ -220,10 +313,17 @@ protected:
     void OnLButtonDown(UINT flags, CPoint point) override;
     void OnLButtonUp(UINT flags, CPoint point) override;
     void OnLButtonDblClk(UINT flags, CPoint point) override;
+    void OnRButtonDown(UINT flags, CPoint point) override;
+    void OnRButtonUp(UINT flags, CPoint point) override;
     void OnMButtonDown(UINT flags, CPoint point) override;
     void OnMButtonUp(UINT flags, CPoint point) override;
     BOOL OnMouseWheel(UINT flags, short delta, CPoint point) override;
     LRESULT OnCursorNotify(WPARAM wParam, LPARAM lParam);
+    LRESULT OnCursorMouse(WPARAM wParam, LPARAM lParam);
+    LRESULT OnCreateCursor(WPARAM wParam, LPARAM lParam);
+    LRESULT OnRemoveCursor(WPARAM wParam, LPARAM lParam);
+    LRESULT OnUserRemoveCursor(WPARAM wParam, LPARAM lParam);
+    afx_msg void OnClearAll();
     DECLARE_MESSAGE_MAP()
 
 private:
@@ -245,7 +345,14 @@ private:
     void UpdateImageLine(int line, int direction, int* data);
     void FreeDib();
     void DeleteMemBitmap();
+    // Deletes the cursors (all, or the user's); returns how many went.
+    int DeleteCursors(int all);
     void SendClearedNotice();
+    // Sends the parent WM_NOTIFY with a code (-2 left press, -5 right press).
+    void NotifyParent(UINT code);
+    void HideCoordTip();
+    // The open hand over a view with the pan button down.
+    static void ShowOpenHand();
     // Makes a tooltip of this view with one tracking tool for the window; false on failure.
     bool MakeTip(CToolTipCtrl& tip);
     // Shows `text` at the screen point by the tracking tool, or hides the tip.
@@ -289,8 +396,20 @@ private:
     CDC m_memDC;
     CBitmap m_memBitmap;
     CBitmap* m_hOldBitmap = nullptr;
-    // Cursors are hosted by the cursor classes; the list is kept (and stored) as objects.
-    CObList m_cursors{10};
+    // Owned, in creation order (which decides hit tests).
+    CTypedPtrList<CObList, CBaseCursor*> m_cursors{10};
+    POSITION m_cursorIter = nullptr;
+    int m_nAllowableCursors = 0;
+    int m_bDeleteLastOnNew = 0;
+    int m_nCursorStyle = 2;
+    int m_nCrossCursorSize = 0;
+    COLORREF m_cursorColor = 0xFFFFFF;
+    COLORREF m_selectColor = 0;
+    int m_nDirectionMark = 0;
+    HICON m_hRotCursor = nullptr;
+    int (*m_cursorCallback)(int, int, tCursorOptionData&, void*) = nullptr;
+    void* m_cursorCallbackData = nullptr;
+    CImageViewEventNotifier* m_pNotifier = nullptr;
     CTypedPtrList<CObList, CZoomRecord*> m_zoomList{10};
     Gdiplus::RectF m_zoomRectF;
     int m_bOneZoom = 0;

@@ -21,6 +21,10 @@ public:
     virtual int GetZoomButtonState() const = 0;
     virtual int GetPanButtonState() const = 0;
     virtual int GetMeasureButtonState() const = 0;
+    // Check states of the real-time zoom and offset buttons, which make a cross box and a
+    // cross; a frame without them answers 0.
+    virtual int GetRtZoomState() const { return 0; }
+    virtual int GetRtOffSetState() const { return 0; }
     // Enables or disables the pan button.
     virtual void EnablePanButton(BOOL enable) = 0;
     // Pushes the measure button (and so releases zoom and pan).

@@ -161,30 +161,7 @@ int CImageView::GetZoomState() const
     return f ? f->GetZoomButtonState() : 0;
 }
 
-// Cursors -----------------------------------------------------------------------------------------
-
-int CImageView::ClearAllCursors(int notify, int all)
-{
-    // The user's cursors are made by the cursor classes, which alone know which of them the
-    // user may delete; what this list holds without them (objects read from an archive) goes
-    // only when all are asked for.
-    int gone = 0;
-    if (all) {
-        while (!m_cursors.IsEmpty()) {
-            delete m_cursors.RemoveHead();
-            ++gone;
-        }
-    }
-    if (notify && gone) SendClearedNotice();
-    return gone;
-}
-
-void CImageView::SendClearedNotice()
-{
-    CURSOR_POS pos{};
-    pos.type = 10;
-    SendMessage(MESSAGE_CURSOR_NOTIFY_STR, 0, reinterpret_cast<LPARAM>(&pos));
-}
+void CImageView::ShowOpenHand() { ShowPointer(kOpenHandPointer); }
 
 // One-zoom steps ----------------------------------------------------------------------------------
 
@@ -274,6 +251,13 @@ void CImageView::ZoomBoxDone(CURSOR_POS* pos)
         fw->PostMessage(MESSAGE_ZOOM_EVENT_STR, 514, 0);
         if (CWnd* fp = fw->GetParent()) fp->SendMessage(MESSAGE_CURSOR_NOTIFY_STR, 514, reinterpret_cast<LPARAM>(pos));
     }
+}
+
+void CImageView::StartZoom(CPoint point)
+{
+    if (static_cast<long long>(m_nRows) * m_nCols < 1) return;
+    ClearAllCursors(1, 0);
+    OnLButtonDown(0, point);
 }
 
 LRESULT CImageView::OnCursorNotify(WPARAM wParam, LPARAM lParam)
@@ -376,79 +360,8 @@ void CImageView::StopPan(CPoint point)
 }
 
 // Mouse ---------------------------------------------------------------------------------------------
-
-bool CImageView::IsPanSource() const { return m_bPanTracking && m_hWnd && GetCapture() == this; }
-
-void CImageView::OnLButtonDown(UINT flags, CPoint point)
-{
-    int temp = m_bTempCurMode;
-    m_bTempCurMode = 0;
-    if (m_bOneZoom && (GetKeyState(VK_CONTROL) & 0x8000)) {
-        ClearAllCursors(1, 0);
-        temp = 1;
-    }
-    if (CImageViewFrame* f = Frame()) {
-        const bool hasImage = static_cast<long long>(m_nRows) * m_nCols >= 1;
-        if (hasImage && f->GetZoomButtonState()) {
-            // The zoom box is a cursor; it reports its end through OnCursorNotify.
-            ClearAllCursors(1, 0);
-        } else if (!temp && f->GetPanButtonState()) {
-            if (CWnd* fp = FrameParent()) fp->SendMessage(ACTIVATE_VIEW_STR, 0, 0);
-            if (m_bRealTime)
-                StartPan(point, 1);
-            else
-                StartPanOffline(point, 0);
-            Default();
-            return;
-        } else if (!temp && !f->GetMeasureButtonState()) {
-            Default();
-            return;
-        }
-    }
-    if (CWnd* parent = GetParent()) {
-        NMHDR nm{m_hWnd, static_cast<UINT_PTR>(GetDlgCtrlID()), NM_CLICK};
-        parent->SendMessage(WM_NOTIFY, static_cast<WPARAM>(nm.idFrom), reinterpret_cast<LPARAM>(&nm));
-    }
-    (void)flags;
-    Default();
-}
-
-void CImageView::OnMouseMove(UINT flags, CPoint point)
-{
-    CoordTipOnMouseMove(flags, point);
-    if (IsPanSource()) {
-        UpdatePan(point, 0);
-        CImageViewFrame* f = Frame();
-        if (m_bRealTime) {
-            if (CWnd* parent = GetParent())
-                parent->PostMessage(MESSAGE_IMAGEVIEW_PAN_EVENT, 512, geo::PackPoint(point.x, point.y));
-        } else if (CWnd* fp = FrameParent()) {
-            fp->SendMessage(UPDATE_PAN_SRC_STR, reinterpret_cast<WPARAM>(f->GetFrameWnd()), DataUnitsPoint(point));
-        }
-    } else if (GetPanMode() && !(flags & MK_LBUTTON)) {
-        ShowPointer(kOpenHandPointer);
-    }
-    FixedTipOnMouseMove();
-    Default();
-}
-
-void CImageView::OnLButtonUp(UINT flags, CPoint point)
-{
-    (void)flags;
-    if (IsPanSource()) {
-        UpdatePan(point, 0);
-        CWnd* parent = GetParent();
-        if (m_bRealTime) {
-            if (parent) parent->PostMessage(MESSAGE_IMAGEVIEW_PAN_EVENT, 514, geo::PackPoint(point.x, point.y));
-        } else {
-            if (parent) parent->PostMessage(MESSAGE_IMAGEVIEW_PAN_EVENT, 0, 0);
-            if (CWnd* fp = FrameParent()) fp->SendMessage(UPDATE_PAN_SRC_STR, 514, DataUnitsPoint(point));
-        }
-        m_bPanTracking = 0;
-        ReleaseCapture();
-    }
-    Default();
-}
+// (The left and right buttons and the mouse move of the view are its cursor state machine,
+// in ImageViewMouse.cpp.)
 
 void CImageView::OnLButtonDblClk(UINT flags, CPoint point)
 {

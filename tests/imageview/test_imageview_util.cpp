@@ -17,6 +17,10 @@ BEGIN_MESSAGE_MAP(Recorder, CWnd)
     ON_REGISTERED_MESSAGE(MESSAGE_CURSOR_NOTIFY_STR, OnCursorNotify)
     ON_REGISTERED_MESSAGE(MESSAGE_REMOVE_CURSOR_STR, OnRemoveCursor)
     ON_REGISTERED_MESSAGE(MESSAGE_UPDATE_TOOL_TIP, OnToolTip)
+    ON_REGISTERED_MESSAGE(MESSAGE_USER_REMOVE_CURSOR_STR, OnUserRemoveCursor)
+    ON_REGISTERED_MESSAGE(MESSAGE_CURSOR_MOUSE_STR, OnCursorMouse)
+    ON_REGISTERED_MESSAGE(MESSAGE_CREATE_CURSOR_STR, OnCreateCursor)
+    ON_WM_RBUTTONUP()
 END_MESSAGE_MAP()
 
 BEGIN_MESSAGE_MAP(StandInFrame, Recorder)
@@ -66,6 +70,26 @@ LRESULT Recorder::OnCursorNotify(WPARAM wp, LPARAM lp)
     Note(MESSAGE_CURSOR_NOTIFY_STR, wp, lp);
     if (lp) log.back().pos = *reinterpret_cast<CURSOR_POS*>(lp);
     return 0;
+}
+
+LRESULT Recorder::OnCreateCursor(WPARAM wp, LPARAM lp)
+{
+    Note(MESSAGE_CREATE_CURSOR_STR, wp, lp);
+    if (lp) log.back().pos = *reinterpret_cast<CURSOR_POS*>(lp);
+    return 0;
+}
+
+BOOL Recorder::OnNotify(WPARAM wp, LPARAM lp, LRESULT* result)
+{
+    Note(WM_NOTIFY, wp, lp);
+    if (lp) log.back().code = reinterpret_cast<NMHDR*>(lp)->code;
+    return CWnd::OnNotify(wp, lp, result);
+}
+
+void Recorder::OnRButtonUp(UINT flags, CPoint point)
+{
+    Note(WM_RBUTTONUP, flags, 0);
+    log.back().point = point;
 }
 
 // Answers the coordinate tooltip's request with "x=<x> y=<y>".

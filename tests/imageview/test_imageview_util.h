@@ -12,14 +12,16 @@
 
 namespace ivtest {
 
-// One registered message as it arrived, with copies of what its pointer parameters showed
-// during the call (points and cursor records live on the sender's stack).
+// One message as it arrived, with copies of what its pointer parameters showed during the
+// call (points and cursor records live on the sender's stack). WM_NOTIFY keeps its code,
+// WM_RBUTTONUP its point.
 struct Received {
     UINT msg = 0;
     WPARAM wp = 0;
     LPARAM lp = 0;
     CPoint point{0, 0};
     CURSOR_POS pos{};
+    UINT code = 0;
 };
 
 class Recorder : public CWnd {
@@ -44,6 +46,11 @@ protected:
     LRESULT OnCursorNotify(WPARAM wp, LPARAM lp);
     LRESULT OnToolTip(WPARAM wp, LPARAM lp);
     LRESULT OnRemoveCursor(WPARAM wp, LPARAM lp) { return Note(MESSAGE_REMOVE_CURSOR_STR, wp, lp); }
+    LRESULT OnUserRemoveCursor(WPARAM wp, LPARAM lp) { return Note(MESSAGE_USER_REMOVE_CURSOR_STR, wp, lp); }
+    LRESULT OnCursorMouse(WPARAM wp, LPARAM lp) { return Note(MESSAGE_CURSOR_MOUSE_STR, wp, lp); }
+    LRESULT OnCreateCursor(WPARAM wp, LPARAM lp);
+    BOOL OnNotify(WPARAM wp, LPARAM lp, LRESULT* result) override;
+    void OnRButtonUp(UINT flags, CPoint point) override;
     LRESULT Note(UINT msg, WPARAM wp, LPARAM lp);
     DECLARE_MESSAGE_MAP()
 };
@@ -56,6 +63,8 @@ public:
     int zoomButton = 0;
     int panButton = 0;
     int measureButton = 1;
+    int rtZoomButton = 0;
+    int rtOffsetButton = 0;
     int panEnabled = -1;
     int pushMeasureCalls = 0;
     int lineMarkCalls = 0;
@@ -74,6 +83,8 @@ public:
     int GetZoomButtonState() const override { return zoomButton; }
     int GetPanButtonState() const override { return panButton; }
     int GetMeasureButtonState() const override { return measureButton; }
+    int GetRtZoomState() const override { return rtZoomButton; }
+    int GetRtOffSetState() const override { return rtOffsetButton; }
     void EnablePanButton(BOOL enable) override { panEnabled = enable ? 1 : 0; }
     void PushMeasure() override { ++pushMeasureCalls; }
     void CreateUiImage(int&, int&, bool) override { ++uiImageCalls; }

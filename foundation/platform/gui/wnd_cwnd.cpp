@@ -149,6 +149,9 @@ HWND CWnd::GetSafeHwnd() const {
 CWnd::~CWnd() {
     if (m_hWnd && !m_temporary && FromHandlePermanent(m_hWnd) == this) {
         ::DestroyWindow(m_hWnd);
+        // A window already on its way out (a child deleted while its parent is destroyed)
+        // outlives this call: it must not keep a pointer to the object.
+        if (m_hWnd && FromHandlePermanent(m_hWnd) == this) Detach();
     }
 }
 

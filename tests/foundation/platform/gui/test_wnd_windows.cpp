@@ -131,6 +131,28 @@ TEST_F(Windows, DeletingTheObjectDestroysItsWindow) {
     EXPECT_FALSE(::IsWindow(h));
 }
 
+// A parent that deletes its child objects while it is being destroyed (an image view and its
+// cursors): the children's windows, already on their way out, hear nothing more of them.
+TEST_F(Windows, ChildObjectsDeletedInTheParentsDestroyAreForgotten) {
+    struct Owner : Logged {
+        Logged* kid = nullptr;
+        void OnDestroy() override {
+            Logged::OnDestroy();
+            delete kid;
+            kid = nullptr;
+        }
+    } owner;
+    owner.name = "o";
+    owner.kid = new Logged("k");
+    ASSERT_TRUE(owner.Create(nullptr, nullptr, WS_VISIBLE, CRect(0, 0, 100, 100), &top, 1));
+    ASSERT_TRUE(owner.kid->Create(nullptr, nullptr, WS_VISIBLE, CRect(0, 0, 10, 10), &owner, 2));
+    const HWND kh = owner.kid->m_hWnd;
+    g_log.clear();
+    owner.DestroyWindow();
+    EXPECT_EQ(g_log, (std::vector<std::string>{"o:destroy", "o:ncdestroy", "o:post"}));
+    EXPECT_FALSE(::IsWindow(kh));
+}
+
 struct GeometryCase {
     DWORD style, exStyle;
     RECT client;  // expected client rectangle of a 100x80 window
