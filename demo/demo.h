@@ -9,6 +9,9 @@
 // Plots drawn by the plot engine (scene_plot.cpp): eight styles with legend and marked
 // point, semi-logarithmic, polar and half polar grids, a text list.
 bool DemoPlotScene(CWnd* parent, const CRect& area);
+// Two plot controls (scene_plotcontrol.cpp): a spectrum with two marker pairs and a
+// horizontal marker, and the same zoomed in with its scroll bars and zoom button.
+bool DemoPlotControlScene(CWnd* parent, const CRect& area);
 // A synthetic sample (a few bumps and a tilt) through several colour tables, as 8-bit
 // blocks with palettes, and a 24-bit block, stretched with StretchDIBits.
 bool DemoColourTablesScene(CWnd* parent, const CRect& area);
