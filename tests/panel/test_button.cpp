@@ -1,5 +1,6 @@
 // The bitmap push button as a user meets it: faces under the pointer, texts to the host.
 #include "panel/Orlex.h"
+#include "panel/OrlexHorzSlider.h"
 #include "panel_test_util.h"
 
 namespace {
@@ -141,15 +142,23 @@ TEST_F(Button, CreateAgainAndSetSpriteLocation) {
     EXPECT_EQ(log.Take(), (Texts{"OrlexHelp", "m1", "OrlexHelp", "o1"}));
 }
 
-TEST_F(Button, AReceiverMayDestroyTheButton) {
-    for (const char* text : {"OrlexHelp", "m1"}) {
-        Make(btn, true);
+TEST_F(Button, AReceiverMayDestroyTheControl) {
+    COrlexHorzSlider slider;
+    for (const char* text : {"OrlexHelp", "m1", "s1", "s2"}) {
+        COrlex& c = text[0] == 's' ? slider : btn;
+        if (&c == &btn) {
+            Make(btn, true);
+        } else {
+            ASSERT_TRUE(slider.Create(20, 80, 100, &host));
+            slider.LoadBitmap(faces::kLargeThumb.id, 0);
+            slider.LoadCtrlMessages(&log, "s1", "s2", "");
+        }
         log.onText = [&](const std::string& t) {
-            if (t == text) btn.DestroyWindow();
+            if (t == text) c.DestroyWindow();
         };
         Later();
-        Click(btn.m_hWnd, POINT{10, 10});
-        EXPECT_FALSE(btn.Created());
+        Click(c.m_hWnd, POINT{10, 10});
+        EXPECT_FALSE(c.Created());
     }
 }
 

@@ -37,6 +37,12 @@ TEST_F(DropList, ChoosingARowClosesTheListAndLeavesNoCapture) {
     }
     EXPECT_EQ(At(list, 90, 8), RGB(255, 255, 255));
     EXPECT_EQ(At(list, 0, 8), kOrlexListColour);  // the frame
+    const auto text = [&](int row, COLORREF c) {  // the option's text drawn in c
+        const auto px = Pixels(list.m_hWnd, RECT{2, 2 + 15 * row, 30, 14 + 15 * row});
+        return std::count(px.begin(), px.end(), c);
+    };
+    EXPECT_GT(text(0, kOrlexListColour), 5);
+    EXPECT_GT(text(3, RGB(255, 255, 255)), 5);
     list.SetValue(10);
     MouseDown(list.m_hWnd, POINT{40, 32});
     MouseUp(list.m_hWnd, POINT{40, 32});
