@@ -62,3 +62,11 @@
 #include "imageview/ImageViewFrame.h"
 #include "imageview/ImageView.h"
 #include "imageview/ZoomRecord.h"
+
+// Panel controls.
+#include "panel/OrlexMsgCenter.h"
+#include "panel/Orlex.h"
+#include "panel/OrlexText.h"
+#include "panel/OrlexTextEdit.h"
+#include "panel/OrlexHorzSlider.h"
+#include "panel/Orlex2HSlider.h"

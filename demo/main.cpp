@@ -57,6 +57,8 @@ struct WindowScene {
 };
 const WindowScene kWindowScenes[] = {
     {"frame.png", "image frames", DemoFrameScene, CSize(900, 470)},
+    {"plot-control.png", "plot control", DemoPlotControlScene, CSize(900, 380)},
+    {"panel.png", "orlexUI panel controls", DemoPanelScene, CSize(590, 190)},
 };
 
 // Lets timers and paints run for a while on the real clock.

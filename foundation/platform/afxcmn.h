@@ -30,6 +30,10 @@ constexpr UINT ILD_TRANSPARENT = 0x0001;
 constexpr UINT ILD_MASK = 0x0010;
 constexpr UINT ILD_IMAGE = 0x0020;
 
+// Colours of the common controls: "the control's own default" and "no colour".
+constexpr COLORREF CLR_DEFAULT = 0xFF000000;
+constexpr COLORREF CLR_NONE = 0xFFFFFFFF;
+
 struct IMAGEINFO {
     HBITMAP hbmImage;  // the list's image bitmap (owned by the list)
     HBITMAP hbmMask;   // its mask bitmap, or null for a list without masks

@@ -913,7 +913,20 @@ int SetScrollInfo(HWND hwnd, int bar, const SCROLLINFO* si, BOOL redraw) {
         w->ncDirty = true;
         pos = i.nPos;
     }
-    if (redraw) PaintNow(hwnd, false);
+    // Redrawing shows the bar now, as the platform does; the client's update waits for its
+    // paint (a scroll that invalidates and moves the bar paints the client once, not twice).
+    if (redraw) {
+        bool frame = false;
+        {
+            std::lock_guard<std::mutex> g(Lock());
+            WindowRec* w = Find(hwnd);
+            if (w && w->ncDirty && VisibleChain(w) && !NonClient(*w).isNull()) {
+                w->ncDirty = false;
+                frame = true;
+            }
+        }
+        if (frame) SendMessageA(hwnd, WM_NCPAINT, 1, 0);
+    }
     return pos;
 }
 

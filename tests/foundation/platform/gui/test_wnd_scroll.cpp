@@ -199,3 +199,46 @@ TEST_F(Scroll, MovedChildrenOutsideTheClipRectangleRepaint) {
 }
 
 }  // namespace
+
+// A window's bar set with redraw --------------------------------------------------------------
+
+namespace {
+
+// Counts its paints and frame paints.
+class BarOwner : public CWnd {
+public:
+    int paints = 0, frames = 0;
+    LRESULT WindowProc(UINT m, WPARAM wp, LPARAM lp) override {
+        if (m == WM_PAINT) ++paints;
+        if (m == WM_NCPAINT) ++frames;
+        return CWnd::WindowProc(m, wp, lp);
+    }
+};
+
+TEST(ScrollBarRedraw, RedrawsTheBarNowAndLeavesTheClientToItsPaint) {
+    orlex::test::Init();
+    BarOwner w;
+    ASSERT_TRUE(w.CreateEx(0, nullptr, "bar", WS_POPUP | WS_VISIBLE | WS_VSCROLL, 0, 0, 200, 150, nullptr, nullptr));
+    SCROLLINFO si{sizeof si, SIF_RANGE | SIF_PAGE | SIF_POS, 0, 99, 10, 0, 0};
+    ::SetScrollInfo(w.m_hWnd, SB_VERT, &si, TRUE);
+    orlex::test::Pump();
+    w.paints = w.frames = 0;
+    w.Invalidate();
+    si.fMask = SIF_POS;
+    si.nPos = 40;
+    ::SetScrollInfo(w.m_hWnd, SB_VERT, &si, TRUE);
+    EXPECT_EQ(w.frames, 1);
+    EXPECT_EQ(w.paints, 0);
+    CRect update;
+    EXPECT_TRUE(w.GetUpdateRect(&update));
+    // Without redraw the bar waits too; the pump then paints both, the client once.
+    si.nPos = 60;
+    ::SetScrollInfo(w.m_hWnd, SB_VERT, &si, FALSE);
+    EXPECT_EQ(w.frames, 1);
+    orlex::test::Pump();
+    EXPECT_EQ(w.paints, 1);
+    EXPECT_EQ(w.frames, 2);
+    w.DestroyWindow();
+}
+
+}  // namespace
