@@ -62,3 +62,17 @@
 #include "imageview/ImageViewFrame.h"
 #include "imageview/ImageView.h"
 #include "imageview/ZoomRecord.h"
+
+// Panel controls.
+#include "panel/OrlexMsgCenter.h"
+#include "panel/Orlex.h"
+#include "panel/OrlexText.h"
+#include "panel/OrlexTextEdit.h"
+#include "panel/OrlexHorzSlider.h"
+#include "panel/Orlex2HSlider.h"
+#include "panel/Orlex2PtSwitch.h"
+#include "panel/OrlexLED.h"
+#include "panel/OrlexToggleButton.h"
+#include "panel/Orlex3StateButton.h"
+#include "panel/OrlexDropMenu.h"
+#include "panel/OrlexGroup.h"

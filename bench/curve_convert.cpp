@@ -77,12 +77,9 @@ void BM_CurveConvertMedian(benchmark::State &state) { RunConvert(state, 32); }
 // The reference: one pass over the same points that sums y per bin (bench/reference_loops.h).
 void BM_CurveBinRef(benchmark::State &state)
 {
-    Curve &c = LongCurve(int(state.range(0)));
-    const std::vector<size_t> ends = orlex::bench::BinEnds(c.CurveData.size(), kOutputs);
-    std::vector<double> sums(kOutputs);
+    orlex::bench::CurveBinPass pass(int(state.range(0)), kOutputs);
     for (auto _ : state) {
-        orlex::bench::SumBins(c.CurveData.data(), ends, sums.data());
-        benchmark::DoNotOptimize(sums.data());
+        benchmark::DoNotOptimize(pass.Run());
         benchmark::ClobberMemory();
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));

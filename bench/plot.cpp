@@ -88,12 +88,9 @@ struct Canvas {
 
 void BM_CurveBinRef(benchmark::State& state)
 {
-    Curve& c = orlex::bench::LongCurve(int(state.range(0)));
-    const std::vector<size_t> ends = orlex::bench::BinEnds(c.CurveData.size(), 8192);
-    std::vector<double> sums(8192);
+    orlex::bench::CurveBinPass pass(int(state.range(0)), 8192);
     for (auto _ : state) {
-        orlex::bench::SumBins(c.CurveData.data(), ends, sums.data());
-        benchmark::DoNotOptimize(sums.data());
+        benchmark::DoNotOptimize(pass.Run());
         benchmark::ClobberMemory();
     }
 }

@@ -64,4 +64,17 @@ inline void SumBins(const Curve::Point* pts, const std::vector<std::size_t>& end
     }
 }
 
+// The reference pass over LongCurve(n) into `bins` sums, ready to be run in a timing loop.
+struct CurveBinPass {
+    const Curve& curve;
+    std::vector<std::size_t> ends;
+    std::vector<double> sums;
+    CurveBinPass(int n, int bins)
+        : curve(LongCurve(n)), ends(BinEnds(curve.CurveData.size(), bins)), sums(static_cast<std::size_t>(bins)) {}
+    const double* Run() {
+        SumBins(curve.CurveData.data(), ends, sums.data());
+        return sums.data();
+    }
+};
+
 }  // namespace orlex::bench

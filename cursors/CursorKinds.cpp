@@ -26,6 +26,8 @@ const CursorKind kKinds[] = {
     {kCursorCross, "CCrossCursor", MakeCross, nullptr},
     {kCursorDiagonalBox, "CBoxCursor", nullptr, nullptr},
     {kCursorSquareBox, "CSquareBox", nullptr, nullptr},
+    // The view makes its tip marker itself; AddCursor makes none.
+    {kCursorTip, "CTipCursor", nullptr, nullptr},
     {kCursorCrossBox, "CBoxCursor", nullptr, nullptr},
     {kCursorPolyline, "CPolylineCursor", nullptr, nullptr},
     {kCursorPolygon, "CPolylineCursor", nullptr, nullptr},

@@ -57,6 +57,8 @@ struct WindowScene {
 };
 const WindowScene kWindowScenes[] = {
     {"frame.png", "image frames", DemoFrameScene, CSize(900, 470)},
+    {"plot-control.png", "plot control", DemoPlotControlScene, CSize(900, 380)},
+    {"panel.png", "orlexUI panel controls", DemoPanelScene, CSize(830, 320)},
     {"spreadsheet.png", "spreadsheet grid", DemoSpreadsheetScene, CSize(900, 300)},
 };
 

@@ -1,6 +1,7 @@
 // Demo scene of the image frame: a zoomed off-line frame beside a live frame in the middle
-// of its scan, with the scan line marker in the view and the red mark of the current line
-// at the frame's left edge. The scan goes on line by line on a timer.
+// of its scan: the scan line marker in the view, the red mark of the current line at the
+// frame's left edge, and the tip marker where the instrument stands. The scan goes on line
+// by line on a timer.
 #include <cmath>
 #include <vector>
 
@@ -52,11 +53,15 @@ public:
         m_offline.GetImageView()->AddZoomRecord(zoom, 0);
         m_offline.GetImageView()->UpdateImage();
         m_offline.EnablePan(1);
+        m_offline.SetCrossCursorSize(8);
+        m_offline.GetImageView()->AddCursor(nullptr, 5, 0.0, CPoint(190, 150));  // a cross on the grain
 
         // Live: a blank image of the scan's size, then line by line from the top down.
         m_live.SetColorTable(1, 0);
         m_live.SetTitle("Live scan");
         m_live.EnableScanLine(1);
+        m_live.SetTipColor(RGB(255, 255, 0));
+        m_live.ShowTipCursor(1);
         CImageView::SetScanLineInfo(1, RGB(0, 255, 255));
         std::vector<int> blank(std::size_t(kRows) * kRows, -(1 << 30));
         m_live.DrawImage(blank.data(), kRows, kRows, kScanLen, 1.0, 1.0, kHeight, "m", {});
@@ -84,6 +89,9 @@ private:
         const int row = kRows - 1 - m_line;
         m_live.DrawLine(m_liveData.data() + std::size_t(row) * kRows, row, kRows, kScanLen, 0, 1.0, 1.0, kHeight, "m",
                         {});
+        // The tip stands on the line just scanned, sweeping across as the lines go by.
+        const double across = std::fabs(std::fmod(m_line / 40.0, 2.0) - 1.0);
+        m_live.SetTipCursorPos(kScanLen * (0.1 + 0.8 * across), kScanLen * m_line / kRows);
         ++m_line;
     }
 

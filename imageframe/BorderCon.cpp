@@ -232,6 +232,14 @@ CRect CBorderCon::ViewRect()
     return r;
 }
 
+void CBorderCon::SetImageAttributes(IMAGE_ATTRIBUTES& attributes)
+{
+    m_attributes = attributes;
+    m_imageView.SetAllowableCursors(m_attributes.m_nAllowableCursors);
+    m_imageView.SetDeleteLastOnNew(m_attributes.m_bDeleteLastOnNew);
+    m_imageView.SetMode(m_attributes.m_nMode);
+}
+
 // Labels ---------------------------------------------------------------------------------------------
 
 void CBorderCon::SetCurChannel(int channel, bool notify)
@@ -268,7 +276,7 @@ void CBorderCon::SetDataScaleMode(double min, double max, double ratio, __int64 
 
 void CBorderCon::SetScale(double scanLen)
 {
-    (void)scanLen;  // the tip's scale follows with the tip marker
+    m_imageView.SetTipCursorScale(scanLen);
     if (!m_hWnd) return;
     CRect c;
     GetClientRect(&c);

@@ -149,8 +149,8 @@ public:
     void SetPanState(int on) { SetCheckOf(m_btnPan, on); }
     void SetZoomState(int on) { SetCheckOf(m_btnZoom, on); }
     // Check states of the optional tool buttons of a derived frame (0 without them).
-    int GetRtZoomState() const;
-    int GetRtOffSetState() const;
+    int GetRtZoomState() const override;
+    int GetRtOffSetState() const override;
     void EnablePan(int on);
     void Enable3dLighting(bool on);
     void EnableColorCtrl(int on);
@@ -182,6 +182,55 @@ public:
         m_imageView.SetMode(mode);
         m_attributes.m_nMode = mode;
     }
+    void SetAllowableCursors(int n)
+    {
+        m_imageView.SetAllowableCursors(n);
+        m_attributes.m_nAllowableCursors = n;
+    }
+    void SetDeleteLastOnNew(int on)
+    {
+        m_imageView.SetDeleteLastOnNew(on);
+        m_attributes.m_bDeleteLastOnNew = on;
+    }
+    // The record's copy, and the view's limit, delete-last and mode from it.
+    void SetImageAttributes(IMAGE_ATTRIBUTES& attributes);
+
+    // Cursors and the tip marker, as the view has them ----------------------------------------
+    void ClearAllCursors(int notify, int all) { m_imageView.ClearAllCursors(notify, all); }
+    int ConvertUnits(dblPoint* units, POINT* pixels, int count, int toPixels, eConvertUnits unit)
+    {
+        return m_imageView.ConvertUnits(units, pixels, count, toPixels, unit);
+    }
+    POSITION GetCursorHeadPosition() const { return m_imageView.GetCursorHeadPosition(); }
+    POSITION GetCursorPosition(int index) const { return m_imageView.GetCursorPosition(index); }
+    CBaseCursor* GetCursorNextPosition(POSITION& pos, IMAGE_CURSOR_TYPES& types)
+    {
+        return m_imageView.GetCursorNextPosition(pos, types);
+    }
+    CBaseCursor* GetCursorNextPosition(POSITION& pos, const CRuntimeClass* cls)
+    {
+        return m_imageView.GetCursorNextPosition(pos, cls);
+    }
+    CBaseCursor* GetCursorNextPosition(POSITION& pos, eCursorType type)
+    {
+        return m_imageView.GetCursorNextPosition(pos, type);
+    }
+    CURSOR_POS GetFirstCursorPos() { return m_imageView.GetFirstCursorPos(); }
+    CURSOR_POS GetNextCursorPos() { return m_imageView.GetNextCursorPos(); }
+    int GetNumCursors(IMAGE_CURSOR_TYPES& types) { return m_imageView.GetNumCursors(types); }
+    int GetNumCursors(eCursorType type) { return m_imageView.GetNumCursors(type); }
+    void RegisterCursorCallback(int (*fn)(int, int, tCursorOptionData&, void*), void* data)
+    {
+        m_imageView.RegisterCursorCallback(fn, data);
+    }
+    void SetCrossCursorSize(int size) { m_imageView.SetCrossCursorSize(size); }
+    void SetCursorStyle(int style) { m_imageView.SetCursorStyle(style); }
+    void SetDirectionMark(int on) { m_imageView.SetDirectionMark(on); }
+    void SetSelectColor(COLORREF c) { m_imageView.SetSelectColor(c); }
+    void SetTipColor(COLORREF c) { m_imageView.SetTipColor(c); }
+    void SetTipCursorPos(double x, double y) { m_imageView.SetTipCursorPos(x, y); }
+    void SetTipCursorPos(CPoint p) { m_imageView.SetTipCursorPos(p); }
+    void ShowTipCursor(int show) { m_imageView.ShowTipCursor(show); }
 
     // The view asks ---------------------------------------------------------------------------------
     CWnd* GetFrameWnd() override { return this; }

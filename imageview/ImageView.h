@@ -20,6 +20,7 @@
 #include "foundation/platform/afxgdi.h"
 #include "foundation/platform/afxwin.h"
 #include "cursors/CursorTypes.h"
+#include "cursors/TipCursor.h"
 #include "imageview/CursorPos.h"
 #include "imageview/ViewGeometry.h"
 #include "imageview/ZoomRecord.h"
@@ -295,6 +296,17 @@ public:
     // framework routes them.
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
+    // The tip marker ------------------------------------------------------------------------
+    // The marker's colour (repainted now), its place in metres on the sample or in view
+    // pixels of the whole image, shown (non-zero) or hidden, and the scale of its read-out
+    // for a scan of that width.
+    void SetTipColor(COLORREF color) { m_tipCursor.SetColor(color, true); }
+    void SetTipCursorPos(double x, double y) { m_tipCursor.SetTipPosition(x, y); }
+    void SetTipCursorPos(CPoint p) { m_tipCursor.SetTipPosition(p); }
+    void ShowTipCursor(int show) { m_tipCursor.ShowTipCursor(show); }
+    void SetTipCursorScale(double scanLen);
+    CTipCursor* GetTipCursor() { return &m_tipCursor; }
+
     // Process-wide settings.
     static COLORREF m_ScanLineColor;
     static int m_nScanLineType;
@@ -351,6 +363,8 @@ private:
     // Sends the parent WM_NOTIFY with a code (-2 left press, -5 right press).
     void NotifyParent(UINT code);
     void HideCoordTip();
+    // The tip marker's window at the centre, hidden, under every cursor.
+    void CreateTipMarker();
     // The open hand over a view with the pan button down.
     static void ShowOpenHand();
     // Makes a tooltip of this view with one tracking tool for the window; false on failure.
@@ -415,6 +429,7 @@ private:
     int m_bOneZoom = 0;
     DPOINT m_scanLen;
     POSITION m_curZoom = nullptr;
+    CTipCursor m_tipCursor;
     CPoint m_panStart{0, 0};
     Gdiplus::RectF m_panRect;
     float m_panScaleX = 0.0f;

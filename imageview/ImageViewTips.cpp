@@ -59,6 +59,7 @@ void CImageView::HideTip(CToolTipCtrl& tip, bool activate)
 int CImageView::OnCreate(LPCREATESTRUCT cs)
 {
     if (CWnd::OnCreate(cs) == -1) return -1;
+    CreateTipMarker();
     // A failed tooltip leaves the view usable without it.
     MakeTip(m_toolTip);
     return 0;

@@ -53,6 +53,16 @@ private:
     HGDIOBJ old_;
 };
 
+// A tick for each degree from 1 to `last`, from radius r1 in to r2 around (cx, cy).
+void degreeTicks(HDC hdc, int cx, int cy, int r1, int r2, int last)
+{
+    for (int deg = 1; deg <= last; ++deg) {
+        const double a = deg * kPi / 180.0;
+        MoveToEx(hdc, cx + PixelCast(r1 * std::cos(a) + 0.5), cy - PixelCast(r1 * std::sin(a) + 0.5), nullptr);
+        LineTo(hdc, cx + PixelCast(r2 * std::cos(a) + 0.5), cy - PixelCast(r2 * std::sin(a) + 0.5));
+    }
+}
+
 // "%s (%s%c%s%s)" of a title and its unit fields, or the bare title for a unit of one
 // blank; "%s%c%s%s" of the unit fields alone when the title is empty. A prefix byte of 0
 // ends the text where it stands.
@@ -160,14 +170,8 @@ void MapClass::PolarGrid(HDC hdc)
         ScopedPen inner(hdc, Printing ? PS_SOLID : PS_DOT, Printing ? GridPenWidth : 1, GridColor);
         const int inset = int(g * 0.3), size = int(D - g * 0.6);
         Ellipse(hdc, b.left + inset, b.top + inset, b.left + inset + size, b.top + inset + size);
-        if (Printing) {
-            const int r1 = D / 2, r2 = D / 2 - g;
-            for (int deg = 1; deg <= 359; ++deg) {
-                const double a = deg * kPi / 180.0;
-                MoveToEx(hdc, cx + PixelCast(r1 * std::cos(a) + 0.5), cy - PixelCast(r1 * std::sin(a) + 0.5), nullptr);
-                LineTo(hdc, cx + PixelCast(r2 * std::cos(a) + 0.5), cy - PixelCast(r2 * std::sin(a) + 0.5));
-            }
-        }
+        if (Printing)
+            degreeTicks(hdc, cx, cy, D / 2, D / 2 - g, 359);
     }
     for (int i = 1; i <= rings - 2; ++i)
         Ellipse(hdc, b.left + i * g, b.top + i * g, b.left + i * g + (D - 2 * i * g), b.top + i * g + (D - 2 * i * g));
@@ -214,14 +218,8 @@ void MapClass::HalfPolarGrid(HDC hdc)
     {
         ScopedPen inner(hdc, Printing ? PS_SOLID : PS_DOT, Printing ? GridPenWidth : 1, GridColor);
         arc(int(g * 0.3), false);
-        if (Printing) {
-            const int r1 = D / 2, r2 = D / 2 - g;
-            for (int deg = 1; deg <= 179; ++deg) {
-                const double a = deg * kPi / 180.0;
-                MoveToEx(hdc, cx + PixelCast(r1 * std::cos(a) + 0.5), cy - PixelCast(r1 * std::sin(a) + 0.5), nullptr);
-                LineTo(hdc, cx + PixelCast(r2 * std::cos(a) + 0.5), cy - PixelCast(r2 * std::sin(a) + 0.5));
-            }
-        }
+        if (Printing)
+            degreeTicks(hdc, cx, cy, D / 2, D / 2 - g, 179);
     }
     for (int i = 1; i <= rings - 2; ++i)
         arc(i * g, false);

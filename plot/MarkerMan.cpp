@@ -10,6 +10,7 @@
 #include <new>
 
 #include "foundation/platform/afxgdi.h"
+#include "foundation/platform/pixelrun.h"
 #include "plot/MapClass.h"
 #include "plot/PlotGeometry.h"
 
@@ -19,28 +20,22 @@ constexpr COLORREF kDefaultMarkerColor[6] = {0xFFFFFF, 0xFF0000, 0x008080, 0x000
 
 void readColumn(HDC dc, int x, int top, int count, COLORREF* out)
 {
-    for (int i = 0; i < count; ++i)
-        out[i] = GetPixel(dc, x, top + i);
+    orlex::ReadPixelRun(dc, x, top, true, count, out);
 }
 
 void writeColumn(HDC dc, int x, int top, int count, const COLORREF* in)
 {
-    for (int i = 0; i < count; ++i)
-        if (in[i] != CLR_INVALID)
-            SetPixelV(dc, x, top + i, in[i]);
+    orlex::WritePixelRun(dc, x, top, true, count, in);
 }
 
 void readRow(HDC dc, int y, int left, int count, COLORREF* out)
 {
-    for (int i = 0; i < count; ++i)
-        out[i] = GetPixel(dc, left + i, y);
+    orlex::ReadPixelRun(dc, left, y, false, count, out);
 }
 
 void writeRow(HDC dc, int y, int left, int count, const COLORREF* in)
 {
-    for (int i = 0; i < count; ++i)
-        if (in[i] != CLR_INVALID)
-            SetPixelV(dc, left + i, y, in[i]);
+    orlex::WritePixelRun(dc, left, y, false, count, in);
 }
 
 bool drawable(const MapClass* map)

@@ -8,6 +8,7 @@
 
 #include "colour/ColorTable.h"
 #include "foundation/OrlexUI.h"
+#include "cursors/TipCursor.h"
 #include "frame_test_util.h"
 
 namespace {
@@ -170,6 +171,51 @@ TEST_F(FrameImage, NoticesToTheParent)
     EXPECT_EQ(CString(text), want);
     EXPECT_EQ(::SendMessageA(tip, TTM_GETDELAYTIME, TTDT_INITIAL, 0), 20);
     EXPECT_EQ(::SendMessageA(tip, TTM_GETDELAYTIME, TTDT_AUTOPOP, 0), 3000);
+}
+
+TEST_F(FrameImage, CursorsAndTheTipThroughTheFrame)
+{
+    CBorderCon frame(false, 0);
+    CRect rect(0, 0, 302, 302);
+    ASSERT_TRUE(frame.Create(7, &parent, 0, &rect, 0));
+    std::vector<int> data(64 * 64, 0);
+    frame.SetDataScaleMode(0.0, 1.0, 1.0, -10, 10);
+    frame.DrawImage(data.data(), 64, 64, 1e-6, 1.0, 1.0, 1.0, "m", {});
+    CImageView& view = *frame.GetImageView();
+    CRect c;
+    view.GetClientRect(&c);  // 242 x 221
+    // The attributes set the view: one cursor, crosses.
+    IMAGE_ATTRIBUTES a = frame.GetImageAttributes();
+    a.m_nAllowableCursors = 1;
+    a.m_nMode = kCursorCross;
+    frame.SetImageAttributes(a);
+    EXPECT_EQ(view.GetAllowableCursors(), 1);
+    EXPECT_EQ(view.GetMode(), kCursorCross);
+    ASSERT_NE(view.AddCursor(nullptr, kCursorCross, 0.0, CPoint(50, 50)), nullptr);
+    EXPECT_EQ(view.AddCursor(nullptr, kCursorCross, 0.0, CPoint(80, 50)), nullptr);  // the limit
+    EXPECT_EQ(frame.GetNumCursors(kCursorCross), 1);
+    // A press on the view is told to the host through the frame; the drag's end reaches it.
+    a.m_nAllowableCursors = 0;  // no limit
+    frame.SetImageAttributes(a);
+    view.ClearAllCursors(0, 1);
+    parent.log.clear();
+    orlex::test::Drag(view.m_hWnd, CPoint(60, 60), CPoint(100, 80), 3);
+    EXPECT_EQ(parent.NotifyCodes().front(), -2);
+    ASSERT_EQ(parent.Of(MESSAGE_CURSOR_NOTIFY_STR).size(), 1u);
+    EXPECT_EQ(parent.Of(MESSAGE_CURSOR_NOTIFY_STR)[0].wp, 514u);
+    EXPECT_EQ(frame.GetNumCursors(kCursorCross), 1);
+
+    // The tip: shown by the host at a place in metres; a new scan width scales its read-out
+    // and clears the user's cursors.
+    CTipCursor* tip = view.GetTipCursor();
+    frame.SetTipColor(RGB(0, 0, 255));
+    frame.ShowTipCursor(1);
+    frame.SetTipCursorPos(0.5e-6, 0.5e-6);
+    EXPECT_TRUE(tip->IsWindowVisible());
+    EXPECT_EQ(tip->GetCenterPos(), CPoint(121, 111));  // the middle of 242 x 221
+    frame.DrawImage(data.data(), 64, 64, 2e-6, 1.0, 1.0, 1.0, "m", {});
+    EXPECT_DOUBLE_EQ(tip->GetXScale(), 2e-6 / c.Width());
+    EXPECT_EQ(frame.GetNumCursors(kCursorCross), 0);
 }
 
 }  // namespace

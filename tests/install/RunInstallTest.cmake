@@ -42,7 +42,7 @@ if(NOT host_exe)
   message(FATAL_ERROR "host program not built")
 endif()
 list(GET host_exe 0 host_exe)
-run("run host (CMake package)" "${host_exe}")
+run("run host (CMake package)" "${host_exe}" "${FACE_FILE}")
 message(STATUS "${last_output}")
 
 # 2. The pkg-config file, with the compiler alone.
@@ -63,5 +63,5 @@ if(PKG_CONFIG)
   set(libdir "${CMAKE_MATCH_1}")
   run("compile host with pkg-config flags" "${CXX}" -std=c++20 ${extra} "${HOST_SOURCE}/main.cpp" ${pc_flags}
       "-Wl,-rpath,${libdir}" -o "${WORK_DIR}/host_pc")
-  run("run host (pkg-config)" "${WORK_DIR}/host_pc")
+  run("run host (pkg-config)" "${WORK_DIR}/host_pc" "${FACE_FILE}")
 endif()

@@ -1541,9 +1541,17 @@ BOOL StretchBlt(HDC hdc, int x, int y, int w, int h, HDC hsrc, int xs, int ys, i
         snapshot = simg->copy(sImg);
         read = &snapshot;
     }
+    // Only the destination pixels inside the clip are mapped: a thumb's repaint of a wide
+    // stretched track costs (and allocates for) its own width, not the track's.
+    const QRect need = dr.translated(t.origin) & t.bound;
+    if (need.isEmpty()) {
+        Release(t);
+        return TRUE;
+    }
+    const QPoint from = need.topLeft() - dr.translated(t.origin).topLeft();
     std::vector<int> cols, rows;
-    StretchMap(dr.width(), sr.width(), mirrorX, cols);
-    StretchMap(dr.height(), sr.height(), mirrorY, rows);
+    StretchMap(dr.width(), sr.width(), mirrorX, cols, from.x(), from.x() + need.width());
+    StretchMap(dr.height(), sr.height(), mirrorY, rows, from.y(), from.y() + need.height());
     const int baseX = read == &snapshot ? 0 : sImg.left(), baseY = read == &snapshot ? 0 : sImg.top();
     for (int& c : cols) {
         const int ix = sImg.left() + c;
@@ -1553,7 +1561,7 @@ BOOL StretchBlt(HDC hdc, int x, int y, int w, int h, HDC hsrc, int xs, int ys, i
         const int iy = sImg.top() + r;
         r = (iy >= svalid.top() && iy <= svalid.bottom()) ? r + baseY : -1;
     }
-    BlitMapped(*dc, t, dr, *read, cols, rows, rop);
+    BlitMapped(*dc, t, need.translated(-t.origin), *read, cols, rows, rop);
     Release(t);
     return TRUE;
 }

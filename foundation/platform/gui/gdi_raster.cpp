@@ -131,13 +131,19 @@ void SpanOutline(const std::vector<Span>& spans, std::vector<POINT>& out) {
 }
 
 void StretchMap(int dstLen, int srcLen, bool mirror, std::vector<int>& out) {
-    out.resize(dstLen > 0 ? static_cast<std::size_t>(dstLen) : 0);
-    if (dstLen <= 0 || srcLen <= 0) return;
+    StretchMap(dstLen, srcLen, mirror, out, 0, dstLen);
+}
+
+void StretchMap(int dstLen, int srcLen, bool mirror, std::vector<int>& out, int from, int to) {
+    from = std::max(0, from);
+    to = std::min(dstLen, to);
+    out.resize(to > from ? static_cast<std::size_t>(to - from) : 0);
+    if (srcLen <= 0) return;
     const long long twoDst = 2LL * dstLen;
-    for (int i = 0; i < dstLen; ++i) {
+    for (int i = from; i < to; ++i) {
         int j = static_cast<int>(((2LL * i + 1) * srcLen) / twoDst);
         if (j >= srcLen) j = srcLen - 1;
-        out[static_cast<std::size_t>(i)] = mirror ? srcLen - 1 - j : j;
+        out[static_cast<std::size_t>(i - from)] = mirror ? srcLen - 1 - j : j;
     }
 }
 

@@ -75,6 +75,10 @@ void SpanOutline(const std::vector<Span>& spans, std::vector<POINT>& out);
 // Nearest-neighbour sampling map: for each of dstLen destination pixels, the source index
 // in [0, srcLen) sampled at the destination pixel's centre; mirrored when asked.
 void StretchMap(int dstLen, int srcLen, bool mirror, std::vector<int>& out);
+// The same for the destination pixels from .. to - 1 only, out[0] being pixel `from`: a
+// stretch clipped to a narrow part of a wide destination maps (and allocates) only that
+// part.
+void StretchMap(int dstLen, int srcLen, bool mirror, std::vector<int>& out, int from, int to);
 
 // 8x8 hatch pattern bit (x, y in 0..7) of an HS_* style.
 bool HatchBit(int style, int x, int y);

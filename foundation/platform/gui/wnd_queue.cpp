@@ -543,7 +543,9 @@ LRESULT DefWindowProcA(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
                 if (WindowRec* w = Find(hwnd)) c = w->cls.wc.hCursor;
             }
             if (c) SetCursor(c);
-        } else if (hit != HTERROR && hit != HTNOWHERE) {
+        } else if (hit != HTERROR) {
+            // Every other hit code, HTNOWHERE too (a window asking for its pointer with
+            // WM_SETCURSOR 0, 0), gets the arrow, as on the platform.
             SetCursor(LoadCursorA(nullptr, IDC_ARROW));
         }
         return FALSE;

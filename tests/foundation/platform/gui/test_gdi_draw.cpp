@@ -431,6 +431,22 @@ TEST(GdiBlit, StretchBltNearestAndMirrored) {
     EXPECT_EQ(dst.Grid(), Rows({"..rr", "..rr", "bb..", "bb.."}));
 }
 
+TEST(GdiBlit, StretchBltClippedToANarrowPartSamplesAsTheWholeDoes) {
+    // Only the clipped columns are mapped; each must take the source pixel it takes in a
+    // copy without clip (a thumb repainting part of a wide stretched track).
+    Canvas src(3, 1), whole(12, 1);
+    src.dc.SetPixelV(0, 0, kRed);
+    src.dc.SetPixelV(2, 0, kBlue);
+    whole.dc.StretchBlt(0, 0, 12, 1, &src.dc, 0, 0, 3, 1, SRCCOPY);
+    ASSERT_EQ(whole.Grid(), Rows({"rrrr....bbbb"}));
+    for (const auto& [x0, x1, grid] : {std::tuple{3, 5, "...r........"}, std::tuple{7, 9, "........b..."}}) {
+        Canvas part(12, 1);
+        part.dc.IntersectClipRect(x0, 0, x1, 1);
+        part.dc.StretchBlt(0, 0, 12, 1, &src.dc, 0, 0, 3, 1, SRCCOPY);
+        EXPECT_EQ(part.Grid(), Rows({grid})) << x0;
+    }
+}
+
 // DIBs -----------------------------------------------------------------------------------------------------
 // An 8-bit bottom-up block of the library's layout: header, 256 colours, unpadded rows.
 std::vector<unsigned char> Block8(int cols, int rows, const std::vector<BYTE>& pixelsBottomUp,

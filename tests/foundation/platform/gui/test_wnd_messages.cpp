@@ -359,6 +359,18 @@ TEST(DefaultHandling, DefaultUsesTheCurrentMessage) {
     EXPECT_EQ(::GetCursor(), ::LoadCursorA(nullptr, IDC_ARROW));
 }
 
+// A window that asks for its pointer itself (WM_SETCURSOR with 0, 0: no hit code) and
+// leaves the answer to the default gets the arrow.
+TEST(DefaultHandling, APointerRequestWithoutHitCodeGetsTheArrow) {
+    orlex::test::Init();
+    CWnd top, w;
+    ASSERT_TRUE(top.CreateEx(0, nullptr, "t", WS_OVERLAPPED | WS_VISIBLE, CRect(0, 0, 100, 100), nullptr, 0));
+    ASSERT_TRUE(w.Create(nullptr, nullptr, WS_VISIBLE, CRect(0, 0, 50, 20), &top, 1));
+    ::SetCursor(::LoadCursorA(nullptr, IDC_CROSS));
+    w.SendMessage(WM_SETCURSOR, 0, 0);
+    EXPECT_EQ(::GetCursor(), ::LoadCursorA(nullptr, IDC_ARROW));
+}
+
 // Two threads sending to each other's windows: each waits for its answer while still
 // running what the other sends it, so neither blocks the other for ever.
 struct PingPong {

@@ -1,0 +1,3 @@
+#include "panel/OrlexMsgCenter.h"
+
+COrlexMsgCenter::~COrlexMsgCenter() = default;
